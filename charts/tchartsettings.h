@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QString>
+
+// How one statistics chart looks. A plain value record: the main window keeps one per statistic
+// tab, a controller and the settings dialog each work on their own copy. The field names are also
+// the suffixes of the keys in the settings store ("maker_chartTyp", ...).
+//
+// Every owner fills the whole record from the settings store before a chart or the dialog reads
+// it; the zero defaults below only keep a fresh record from holding indeterminate values.
+struct TChartSettings
+{
+    int chartTyp = 0; // 0 vertical bars, 1 horizontal bars, 2 pie, 3 donut; anything else draws nothing
+    bool wantsChartTitle = false;
+    QString chartTitleText;
+    QFont chartTitleFont;
+    QColor chartTitleColor;
+    bool wantsValueAxisTitle = false;
+    QString valueAxisTitleText;
+    QFont valueAxisTitleFont;
+    QColor valueAxisTitleColor;
+    QFont chartAxisLabelFont;
+    QColor chartAxisLabelColor;
+    QColor chartBarColor;
+    QColor chartBackgroundGradientFrom;
+    QColor chartBackgroundGradientTo;
+    int chartBackgroundGradientOrientation = 0; // Qt::Orientation: 2 top to bottom, else left to right
+    QColor chartPlotAreaGradientFrom;
+    QColor chartPlotAreaGradientTo;
+    int chartPlotAreaGradientOrientation = 0; // as chartBackgroundGradientOrientation
+    int chartTheme = 0; // QChart::ChartTheme, 0..7
+    bool wantsCustomThemeSettings = false; // off: fonts, colours and gradients are ignored
+    bool wantsValueLabels = false;
+    bool wantsLegend = false;
+    int chartLegendPos = 0; // Qt::Alignment: 0x40 bottom, 0x20 top, 0x2 right, 0x1 left
+    QFont chartLegendLabelFont;
+    QColor chartLegendLabelColor;
+};

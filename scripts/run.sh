@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds Kelvaro (release), writes the synthetic sample library on first
+# use and starts the application on it. Extra arguments are directories to open instead.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+bash scripts/install-deps.sh
+cmake --preset release
+cmake --build --preset release -j "$(nproc)"
+
+if [ $# -eq 0 ]; then
+    library="$PWD/samples-library"
+    if [ ! -d "$library" ]; then
+        ./build/release/tools/kelvaro-make-samples "$library"
+    fi
+    set -- "$library"
+fi
+exec ./build/release/app/kelvaro "$@"

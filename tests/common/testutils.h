@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace testutils {
+
+// Gives a test its own empty settings store and scratch folder, so that no test ever reads or
+// writes the user's configuration. Create one per test function (or per test case).
+class Sandbox
+{
+public:
+    Sandbox()
+    {
+        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, configDir());
+        QCoreApplication::setOrganizationName("Kelvaro");
+        QCoreApplication::setApplicationName("Kelvaro");
+        QCoreApplication::setApplicationVersion("0.40");
+    }
+
+    bool isValid() const { return dir.isValid(); }
+    QString path() const { return dir.path(); }
+    QString configDir() const { return dir.filePath("config"); }
+    QString filePath(const QString &name) const { return dir.filePath(name); }
+
+    // Makes (and returns) a sub-folder of the scratch folder, parents included.
+    QString makeDir(const QString &relative) const
+    {
+        QDir().mkpath(dir.filePath(relative));
+        return dir.filePath(relative);
+    }
+
+private:
+    QTemporaryDir dir;
+};
+
+} // namespace testutils
