@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QDialog>
+#include <QList>
+#include <QString>
+
+class QListWidgetItem;
+class QLineEdit;
+
+namespace Ui {
+class TSettingsDialog;
+}
+
+// The settings that are not tied to one chart: the update check, the focal-length and ISO range
+// groups of the grouped charts and the makers and models a scan leaves out. Range groups are
+// checked as they are typed; OK is refused while either of them is invalid.
+class TDialogGlobalSettings : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit TDialogGlobalSettings(QWidget *parent = nullptr);
+    ~TDialogGlobalSettings() override;
+
+    void setCheckForUpdate(bool check);
+    bool checkForUpdate();
+
+    void setMakerExcludes(QList<QString> &makers);
+    QList<QString> makerExcludes();
+    void setModelExcludes(QList<QString> &models);
+    QList<QString> modelExcludes();
+
+    // The getters return the groups as last accepted by their field, not the field's text.
+    void setFocalLengthGroups(QList<QString> &groups);
+    QList<QString> focalLengthGroups();
+    void setISOGroups(QList<QString> &groups);
+    QList<QString> isoGroups();
+
+    // "24-70;71-200": ranges "low-high" separated by ";", strictly increasing, not touching,
+    // the first low bound at least 1. Empty parts are ignored; the empty text is valid.
+    bool validateGroups(QString text);
+
+public slots:
+    void accept() override;
+    void reject() override;
+    void changePage(QListWidgetItem *current, QListWidgetItem *previous);
+
+private slots:
+    void on_leFocalLengthGroups_editingFinished();
+    void on_leISOGroups_editingFinished();
+    void on_leFocalLengthGroups_returnPressed();
+    void on_leISOGroups_returnPressed();
+
+private:
+    void createIcons();
+    // Shows the error box and hands the field back to the user with its text selected.
+    void refuseGroups(QLineEdit *field, const QString &message);
+
+    Ui::TSettingsDialog *ui;
+    bool focalLengthGroupsValid = true;
+    bool isoGroupsValid = true;
+    // The ranges as last accepted by each field (named so because the getters take the plain
+    // names).
+    QList<QString> acceptedFocalLengthGroups;
+    QList<QString> acceptedIsoGroups;
+};
