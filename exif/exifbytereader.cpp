@@ -1,0 +1,150 @@
+#include "exifbytereader.h"
+
+#include "exifreaderlimits.h"
+
+#include <QFile>
+
+#include <cstring>
+
+ExifByteReader::ExifByteReader() = default;
+
+ExifByteReader::~ExifByteReader() = default;
+
+bool ExifByteReader::open(const QString &path)
+{
+    close();
+    file = std::make_unique<QFile>(path);
+    // Unbuffered: blocks are read straight into their own buffers, without QFile's copy.
+    if (!file->open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+        file.reset();
+        fileSize = 0;
+        return false;
+    }
+    fileSize = file->size();
+    return true;
+}
+
+void ExifByteReader::close()
+{
+    file.reset();
+}
+
+bool ExifByteReader::isOpen() const
+{
+    return file != nullptr;
+}
+
+bool ExifByteReader::seek(qint64 pos)
+{
+    if (pos < 0)
+        return false;
+    position = pos;
+    return true;
+}
+
+const ExifByteReader::Block *ExifByteReader::blockAt(qint64 pos)
+{
+    if (pos < 0 || pos >= fileSize)
+        return nullptr;
+    const qint64 start = pos - pos % exiflimits::blockSize;
+    Block *victim = &blocks[0];
+    for (Block &block : blocks) {
+        if (block.start == start) {
+            block.lastUse = ++useClock;
+            return &block;
+        }
+        if (block.lastUse < victim->lastUse)
+            victim = &block;
+    }
+    // A block that isn't loaded yet needs the file (still open) and budget left.
+    if (!file || loaded >= exiflimits::maxBytesLoaded
+        || (file->pos() != start && !file->seek(start)))
+        return nullptr;
+    const qint64 want = qMin(exiflimits::blockSize, fileSize - start);
+    victim->data.resize(want);
+    const qint64 got = file->read(victim->data.data(), want);
+    victim->data.resize(qMax<qint64>(got, 0));
+    loaded += want;
+    victim->start = start;
+    victim->lastUse = ++useClock;
+    return victim;
+}
+
+void ExifByteReader::copyOut(qint64 pos, char *out, qint64 count)
+{
+    while (count > 0) {
+        const Block *block =
+            (current && pos >= current->start && pos < current->start + current->data.size())
+            ? current
+            : blockAt(pos);
+        if (!block || pos - block->start >= block->data.size()) {
+            std::memset(out, 0, size_t(count));
+            return;
+        }
+        current = block;
+        const qint64 inBlock = pos - block->start;
+        const qint64 n = qMin(count, block->data.size() - inBlock);
+        std::memcpy(out, block->data.constData() + inBlock, size_t(n));
+        out += n;
+        pos += n;
+        count -= n;
+    }
+}
+
+quint8 ExifByteReader::readU8()
+{
+    char c = 0;
+    copyOut(position, &c, 1);
+    ++position;
+    return quint8(c);
+}
+
+quint16 ExifByteReader::readU16()
+{
+    uchar b[2];
+    copyOut(position, reinterpret_cast<char *>(b), 2);
+    position += 2;
+    return bigEndian ? quint16(b[0] << 8 | b[1]) : quint16(b[1] << 8 | b[0]);
+}
+
+quint32 ExifByteReader::readU32()
+{
+    uchar b[4];
+    copyOut(position, reinterpret_cast<char *>(b), 4);
+    position += 4;
+    if (bigEndian)
+        return quint32(b[0]) << 24 | quint32(b[1]) << 16 | quint32(b[2]) << 8 | b[3];
+    return quint32(b[3]) << 24 | quint32(b[2]) << 16 | quint32(b[1]) << 8 | b[0];
+}
+
+QByteArray ExifByteReader::readBytes(qint64 count, qint64 maxKept)
+{
+    QByteArray bytes;
+    if (count <= 0)
+        return bytes;
+    bytes.resize(qMin(count, maxKept));
+    copyOut(position, bytes.data(), bytes.size());
+    position += count;
+    return bytes;
+}
+
+QByteArray ExifByteReader::readZeroTerminated(qint64 pos, int maxLength)
+{
+    QByteArray text;
+    while (text.size() < maxLength) {
+        const Block *block = blockAt(pos);
+        if (!block || pos - block->start >= block->data.size())
+            break; // past the end: the zero bytes read there end the text
+        const char *begin = block->data.constData() + (pos - block->start);
+        const qint64 available =
+            qMin<qint64>(block->data.size() - (pos - block->start), maxLength - text.size());
+        const void *zero = std::memchr(begin, 0, size_t(available));
+        if (zero) {
+            text.append(begin, static_cast<const char *>(zero) - begin);
+            break;
+        }
+        text.append(begin, available);
+        pos += available;
+    }
+    return text;
+}
