@@ -1,0 +1,89 @@
+#pragma once
+
+#include "tchartsettings.h"
+
+#include <QChart>
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <QSqlDatabase>
+#include <QString>
+#include <QStringList>
+
+class QAbstractAxis;
+class QAbstractBarSeries;
+class QBarSet;
+class QChartView;
+class QPieSeries;
+class QSqlQueryModel;
+class QTableView;
+class QValueAxis;
+
+// Turns one SQL statistic over the photo table into a table and a Qt Charts chart. A subclass
+// supplies the statement and headers (prepareData) and, where needed, its own categories, slice
+// labels or drawing; this class holds the drawing of the four chart kinds and applies the tab's
+// TChartSettings to every new chart.
+class ChartController : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit ChartController(QObject *parent = nullptr);
+    ChartController(QSqlDatabase &db, QChartView *chartView, QTableView *tableView,
+                    TChartSettings &settings, QObject *parent);
+    ~ChartController() override;
+
+    // Takes over the whole record; the caller redraws with refreshChart().
+    void setChartSettings(TChartSettings &settings);
+
+    virtual void prepareData() = 0;
+    virtual void refreshChart();
+
+protected:
+    virtual void showBarChart_V();
+    virtual void showBarChart_H();
+    virtual void showPieChart();
+    virtual void showDonutChart();
+    virtual QList<QString> createCategories();
+    virtual void createPieChartLegendeUndLabels(QPieSeries *series);
+    virtual void verarbeiteTitleSettings();
+    virtual void verarbeiteValueAxisTitleSettings();
+    virtual void verarbeiteLegendSettings();
+    virtual void verarbeiteCustomTitleSettings();
+    virtual void verarbeiteCustomAxisSettings();
+    virtual void verarbeiteCustomGradientSettings();
+    virtual void verarbeiteCustomBarColorSettings(QList<QBarSet *> barSets);
+
+    // The four steps every prepareData() shares: a new query model over the statement, its
+    // headers, the table view; the previous model is released.
+    void runStatistic(const QString &statement, const QStringList &headers);
+    // A new chart with the animations and the record's theme, kept in `chart`.
+    void startNewChart();
+    // Gives `chart` to the view and releases whatever chart the view showed before.
+    void showChart();
+    // Model mappers, each replacing the mapper of the previous drawing.
+    void mapBarSets(QAbstractBarSeries *series, int firstColumn, int lastColumn);
+    void mapSlices(QPieSeries *series, int labelsColumn, int valuesColumn);
+    // The category axis (from createCategories()) and the count axis, nice numbers applied.
+    QValueAxis *addBarAxes(QAbstractBarSeries *series, Qt::Alignment categorySide,
+                           Qt::Alignment valueSide);
+    // The axis that carries the counts: vertical for chart type 0, horizontal for type 1.
+    QAbstractAxis *valueAxis() const;
+    static QString percentageLabel(qreal share);
+
+    QPointer<QChart> chart;
+    QSqlQueryModel *model = nullptr;
+    QSqlDatabase db;
+    TChartSettings chartSettings;
+    QChartView *chartView = nullptr;
+    QTableView *tableView = nullptr;
+
+private:
+    void showInTable();
+    void adoptMapper(QObject *newMapper);
+    void drawBarChart(QAbstractBarSeries *series, Qt::Alignment categorySide,
+                      Qt::Alignment valueSide);
+    void drawPieChart(qreal holeSize);
+
+    QPointer<QObject> mapper;
+};

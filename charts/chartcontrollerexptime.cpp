@@ -1,0 +1,111 @@
+#include "chartcontrollerexptime.h"
+
+#include <QBarSeries>
+#include <QHorizontalBarSeries>
+#include <QLegend>
+#include <QPieSeries>
+#include <QSqlQueryModel>
+#include <QValueAxis>
+
+ChartControllerExpTime::ChartControllerExpTime(QObject *parent)
+    : ChartController(parent)
+{ }
+
+ChartControllerExpTime::ChartControllerExpTime(QSqlDatabase &db, QChartView *chartView,
+                                               QTableView *tableView, TChartSettings &settings,
+                                               QObject *parent)
+    : ChartController(db, chartView, tableView, settings, parent)
+{
+    refreshChart();
+}
+
+void ChartControllerExpTime::prepareData()
+{
+    runStatistic(
+        QStringLiteral("SELECT distinct exptime, exptimestring, count(exptime) FROM "
+                       "Dateien GROUP by exptime ORDER BY exptime desc"),
+        { QStringLiteral("Real Value"), QStringLiteral("Exposure Time"), QStringLiteral("Count") });
+}
+
+void ChartControllerExpTime::showBarChart_V()
+{
+    drawBars(new QBarSeries, Qt::AlignBottom, Qt::AlignLeft, chartSettings.wantsValueLabels);
+}
+
+void ChartControllerExpTime::showBarChart_H()
+{
+    drawBars(new QHorizontalBarSeries, Qt::AlignLeft, Qt::AlignBottom, false);
+}
+
+void ChartControllerExpTime::showPieChart()
+{
+    drawPie(0);
+}
+
+void ChartControllerExpTime::showDonutChart()
+{
+    drawPie(0.35);
+}
+
+// The display texts ("1/250") name the bars, not the numbers they were sorted by.
+QList<QString> ChartControllerExpTime::createCategories()
+{
+    QList<QString> categories;
+    const int rows = model ? model->rowCount() : 0;
+    categories.reserve(rows);
+    for (int row = 0; row < rows; ++row)
+        categories.append(model->data(model->index(row, 1)).toString());
+    return categories;
+}
+
+void ChartControllerExpTime::beginChart()
+{
+    chart = new QChart;
+    chart->setAnimationOptions(QChart::AllAnimations);
+}
+
+void ChartControllerExpTime::drawBars(QAbstractBarSeries *series, Qt::Alignment categorySide,
+                                      Qt::Alignment valueSide, bool valueLabels)
+{
+    beginChart();
+    mapBarSets(series, 2, 2);
+    chart->addSeries(series);
+    addBarAxes(series, categorySide, valueSide)->setTitleText(QStringLiteral("#Files"));
+    series->setLabelsVisible(valueLabels);
+    if (valueLabels)
+        series->setLabelsFormat("@value");
+    applyTitleAndLegend();
+    finishChart();
+}
+
+void ChartControllerExpTime::drawPie(qreal holeSize)
+{
+    beginChart();
+    auto *series = new QPieSeries;
+    if (holeSize > 0)
+        series->setHoleSize(holeSize);
+    mapSlices(series, 1, 2);
+    chart->addSeries(series);
+    applyTitleAndLegend();
+    ChartController::createPieChartLegendeUndLabels(series);
+    series->setLabelsVisible(chartSettings.wantsValueLabels);
+    finishChart();
+}
+
+void ChartControllerExpTime::applyTitleAndLegend()
+{
+    chart->setTitle(chartSettings.wantsChartTitle ? chartSettings.chartTitleText : QString());
+    QLegend *legend = chart->legend();
+    if (chartSettings.wantsLegend) {
+        legend->setAlignment(Qt::Alignment(chartSettings.chartLegendPos));
+        legend->show();
+    } else {
+        legend->hide();
+    }
+}
+
+void ChartControllerExpTime::finishChart()
+{
+    chart->setTheme(QChart::ChartTheme(chartSettings.chartTheme));
+    showChart();
+}
