@@ -7,7 +7,8 @@ find_path(QDARKSTYLE_DIR darkstyle.qss
     NO_DEFAULT_PATH)
 
 # Adds the style sheet as ":/qdarkstyle/style.qss" and its images under ":/qss_icons/dark/rc/"
-# to the given target. Returns silently when the package is missing.
+# to the given target and defines KELVARO_HAS_QDARKSTYLE for it and for everything that links it.
+# Returns silently when the package is missing.
 function(kelvaro_add_qdarkstyle target)
     if(NOT QDARKSTYLE_DIR)
         message(STATUS "QDarkStyle not found: ${target} is built without the style sheet")
@@ -20,4 +21,6 @@ function(kelvaro_add_qdarkstyle target)
         PREFIX "/qdarkstyle" FILES "${QDARKSTYLE_DIR}/darkstyle.qss")
     qt_add_resources(${target} "${target}_qdarkstyle_images"
         PREFIX "/qss_icons/dark" BASE "${QDARKSTYLE_DIR}" FILES ${_images})
+    # Public: the program and the tests ask whether the sheet is there.
+    target_compile_definitions(${target} PUBLIC KELVARO_HAS_QDARKSTYLE)
 endfunction()
