@@ -3,6 +3,7 @@
 #include "exifreaderlimits.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <cstring>
 
@@ -13,6 +14,11 @@ ExifByteReader::~ExifByteReader() = default;
 bool ExifByteReader::open(const QString &path)
 {
     close();
+    // Only regular files (or links to them): opening a FIFO would block until someone writes.
+    if (!QFileInfo(path).isFile()) {
+        fileSize = 0;
+        return false;
+    }
     file = std::make_unique<QFile>(path);
     // Unbuffered: blocks are read straight into their own buffers, without QFile's copy.
     if (!file->open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QSqlDatabase>
 #include <QString>
+
+class QSqlQuery;
 
 // The photo database: one in-memory SQLite table, DATEIEN, shared between the main thread's
 // connection and the scan worker's through SQLite's shared cache. The URI name together with the
@@ -9,7 +12,8 @@ namespace PhotoDatabase {
 
 inline const QString driver = QStringLiteral("QSQLITE");
 inline const QString databaseName = QStringLiteral("file::memory:");
-inline const QString connectOptions = QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_ENABLE_SHARED_CACHE");
+inline const QString connectOptions =
+    QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_ENABLE_SHARED_CACHE");
 inline const QString mainConnection = QStringLiteral("MainThread");
 inline const QString workerConnection = QStringLiteral("WorkerThread");
 
@@ -27,5 +31,32 @@ inline const QString insertStatement = QStringLiteral(
     ":focallength, :iso, :fnumber, :exptime, :exptimestring, :meteringmode, :exposuremode)");
 
 inline const QString clearStatement = QStringLiteral("DELETE FROM DATEIEN");
+
+// Makes read statements take no table read locks in shared-cache mode. Without it a SELECT on the
+// main connection (a chart refresh during a scan) makes the worker's INSERT fail with "database
+// table is locked", and that photo's row is lost.
+inline const QString readUncommittedPragma = QStringLiteral("PRAGMA read_uncommitted = 1");
+
+// Adds a connection of the photo database under the given name (not opened). An existing
+// connection of that name is replaced, with Qt's warning about the duplicate name.
+QSqlDatabase addConnection(const QString &name);
+
+// Adds and opens the main connection, switches it to read-uncommitted and creates the table.
+// False when the database cannot be opened or the table cannot be created.
+bool openMainConnection(QSqlDatabase &db);
+
+// Empties the table; the AUTOINCREMENT counter goes on, so later ids continue after the old ones.
+void clear(QSqlDatabase &db);
+
+// How long an INSERT waits at most for another connection's table lock to go away.
+inline constexpr int lockedRetryLimitMs = 2000;
+
+// Executes a prepared INSERT. While it fails because another connection of the shared cache holds
+// a lock on the table (SQLITE_LOCKED), it is tried again for up to lockedRetryLimitMs, unless the
+// current thread is asked to stop meanwhile. Returns whether the row was stored.
+bool execInsert(QSqlQuery &insert);
+
+// True when the query's last error is SQLITE_LOCKED (plain or extended code).
+bool failedOnTableLock(const QSqlQuery &query);
 
 } // namespace PhotoDatabase

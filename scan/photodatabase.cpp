@@ -1,0 +1,76 @@
+#include "photodatabase.h"
+
+#include <QElapsedTimer>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QThread>
+
+namespace PhotoDatabase {
+
+namespace {
+constexpr int sqliteLocked = 6; // SQLITE_LOCKED; extended codes carry it in the low byte
+} // namespace
+
+QSqlDatabase addConnection(const QString &name)
+{
+    QSqlDatabase db = QSqlDatabase::addDatabase(driver, name);
+    db.setConnectOptions(connectOptions);
+    db.setDatabaseName(databaseName);
+    return db;
+}
+
+bool openMainConnection(QSqlDatabase &db)
+{
+    db = addConnection(mainConnection);
+    if (!db.open())
+        return false;
+    QSqlQuery pragma(db);
+    pragma.exec(readUncommittedPragma);
+    QSqlQuery create(db);
+    return create.exec(createTableStatement);
+}
+
+void clear(QSqlDatabase &db)
+{
+    QSqlQuery query(db);
+    query.exec(clearStatement);
+}
+
+bool failedOnTableLock(const QSqlQuery &query)
+{
+    bool ok = false;
+    const int code = query.lastError().nativeErrorCode().toInt(&ok);
+    return ok && (code & 0xff) == sqliteLocked;
+}
+
+// The main connection reads uncommitted, so its SELECTs take no table locks and an INSERT is not
+// refused on their account. The retry covers any other reader of the shared cache that lacks the
+// pragma: a statistic query holds its lock for milliseconds, so waiting for it keeps the row. The
+// wait is bounded so that a reader that never lets go (a half-fetched result set) cannot stall
+// the scan, and it ends early when the scan is being stopped, whose rows are discarded anyway.
+bool execInsert(QSqlQuery &insert)
+{
+    if (insert.exec())
+        return true;
+    if (!failedOnTableLock(insert))
+        return false;
+    QElapsedTimer waited;
+    waited.start();
+    QThread *const thread = QThread::currentThread();
+    for (int attempt = 1; waited.elapsed() < lockedRetryLimitMs; ++attempt) {
+        if (thread->isInterruptionRequested())
+            return false;
+        // The first attempts only give the reader the processor; later ones sleep briefly.
+        if (attempt < 20)
+            QThread::yieldCurrentThread();
+        else
+            QThread::usleep(500);
+        if (insert.exec())
+            return true;
+        if (!failedOnTableLock(insert))
+            return false;
+    }
+    return false;
+}
+
+} // namespace PhotoDatabase

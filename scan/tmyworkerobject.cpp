@@ -1,0 +1,96 @@
+#include "tmyworkerobject.h"
+
+#include "photodatabase.h"
+#include "texiffile.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QThread>
+
+namespace {
+// Progress is sent, and a stop request looked at, once per this many files.
+constexpr int updateInterval = 50;
+} // namespace
+
+TMyWorkerObject::TMyWorkerObject(QObject *parent)
+    : QObject(parent)
+{ }
+
+TMyWorkerObject::TMyWorkerObject(QList<QString> &directories, QList<QString> &fileFilters,
+                                 bool includeSubDirs, QList<QString> &makerExcludes,
+                                 QList<QString> &modelExcludes)
+    : directories(directories)
+    , includeSubDirs(includeSubDirs)
+    , fileFilters(fileFilters)
+    , makerExcludes(makerExcludes)
+    , modelExcludes(modelExcludes)
+{
+    // Every scan adds this name again; Qt replaces the previous scan's connection and warns.
+    db = PhotoDatabase::addConnection(PhotoDatabase::workerConnection);
+}
+
+void TMyWorkerObject::doOperation()
+{
+    db.open();
+    if (fileFilters.isEmpty() || directories.isEmpty()) {
+        db.close();
+        emit operationDone();
+        return;
+    }
+
+    insert = QSqlQuery(db);
+    insert.prepare(PhotoDatabase::insertStatement);
+
+    const QDirIterator::IteratorFlags flags =
+        includeSubDirs ? QDirIterator::Subdirectories : QDirIterator::NoIteratorFlags;
+    int counter = 0;
+    for (const QString &directory : std::as_const(directories)) {
+        QDirIterator it(directory, fileFilters, QDir::Files, flags);
+        while (it.hasNext()) {
+            const QString path = it.next();
+            // The name filter also lists links to FIFOs and devices; opening one could block
+            // forever, and they are no photos, so they are neither counted nor read.
+            if (!it.fileInfo().isFile())
+                continue;
+            ++counter;
+            if (counter % updateInterval == 0) {
+                emit operationUpdate(counter);
+                // A stop ends only this directory; the next one is begun all the same and left
+                // again at the next multiple of the interval.
+                if (QThread::currentThread()->isInterruptionRequested())
+                    break;
+            }
+            addExifFileToDB(path);
+        }
+    }
+
+    // The statement must be released before its connection closes.
+    insert = QSqlQuery();
+    db.close();
+    emit operationDone();
+}
+
+void TMyWorkerObject::addExifFileToDB(QString path)
+{
+    TExifFile exif(path);
+    if (!exif.processFile())
+        return;
+    if (makerExcludes.contains(exif.Make) || modelExcludes.contains(exif.Model))
+        return;
+
+    // ":datemod" has no placeholder in the statement; the driver ignores the name.
+    insert.bindValue(QStringLiteral(":filename"), exif.fileName());
+    insert.bindValue(QStringLiteral(":date"), exif.DateTimeOriginal);
+    insert.bindValue(QStringLiteral(":datemod"), exif.ModifyDate);
+    insert.bindValue(QStringLiteral(":maker"), exif.Make);
+    insert.bindValue(QStringLiteral(":model"), exif.Model);
+    insert.bindValue(QStringLiteral(":lens"), exif.LensModel);
+    insert.bindValue(QStringLiteral(":focallength"), exif.exif_0x920A_FocalLengthAsReal());
+    insert.bindValue(QStringLiteral(":iso"), int(exif.ISO));
+    insert.bindValue(QStringLiteral(":fnumber"), exif.exif_0x829D_FNumberAsString());
+    insert.bindValue(QStringLiteral(":exptime"), exif.exif_0x829A_ExposureTime());
+    insert.bindValue(QStringLiteral(":exptimestring"), exif.exif_0x829A_ExposureTimeAsString());
+    insert.bindValue(QStringLiteral(":meteringmode"), exif.exif_0x9207_MeteringModeAsString());
+    insert.bindValue(QStringLiteral(":exposuremode"), exif.exif_0x8822_ExpProgAsString());
+    PhotoDatabase::execInsert(insert);
+}

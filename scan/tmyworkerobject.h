@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QString>
+
+// One scan: walks the directories for files matching the patterns, reads each with TExifFile and
+// stores one row per photo that no exclusion drops. Lives in a QThread made for this one scan; its
+// two signals reach the main window queued.
+class TMyWorkerObject : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Exists for Qt's meta-type system: no directories, no patterns, a default database handle.
+    explicit TMyWorkerObject(QObject *parent);
+    // The worker of one scan. It has no parent, so that it can be moved to the scan's thread.
+    TMyWorkerObject(QList<QString> &directories, QList<QString> &fileFilters, bool includeSubDirs,
+                    QList<QString> &makerExcludes, QList<QString> &modelExcludes);
+
+    // Reads one file and stores its row; called by doOperation only.
+    void addExifFileToDB(QString path);
+
+signals:
+    void operationDone();
+    // The number of matching files met so far in this scan, sent at every 50th.
+    void operationUpdate(int count);
+
+public slots:
+    void doOperation();
+
+private:
+    QList<QString> directories;
+    bool includeSubDirs = false;
+    QList<QString> fileFilters;
+    QList<QString> makerExcludes;
+    QList<QString> modelExcludes;
+    QSqlDatabase db;
+    // Prepared once per scan on db; every file only binds and executes it.
+    QSqlQuery insert;
+};

@@ -1,0 +1,191 @@
+#include "scanfixtures.h"
+
+#include "photodatabase.h"
+#include "tmyworkerobject.h"
+
+#include <QDir>
+#include <QSqlQuery>
+#include <QThread>
+#include <QVariant>
+
+#include <functional>
+
+namespace scantest {
+
+const QList<QString> allPatterns { "*.arw", "*.cr2", "*.cr3", "*.dng", "*.jpg",
+                                   "*.nef", "*.raf", "*.rw2", "*.orf" };
+
+const QStringList statisticQueries {
+    "SELECT Distinct Maker, count(maker) FROM Dateien group by maker",
+    "SELECT Distinct Model, count(Model) FROM Dateien group by Maker, Model",
+    "SELECT Distinct Lens, count(Lens) FROM Dateien group by Lens",
+    "SELECT Distinct FocalLength, count(FocalLength) FROM Dateien group by FocalLength",
+    "SELECT case when FocalLength between 1 and 23 then '0001-0023' when FocalLength between 24 "
+    "and 70 then '0024-0070' when FocalLength between 71 and 200 then '0071-0200' when "
+    "FocalLength between 201 and 600 then '0201-0600' when FocalLength between 601 and 1200 then "
+    "'0601-1200' else 'Others' end as Range, count(1) as Count from Dateien group by Range",
+    "SELECT Distinct ISO, count(ISO) FROM Dateien group by ISO",
+    "SELECT case when ISO between 1 and 100 then '0001-0100' when ISO between 101 and 400 then "
+    "'0101-0400' when ISO between 401 and 1600 then '0401-1600' when ISO between 1601 and 6400 "
+    "then '1601-6400' when ISO between 6401 and 12800 then '6401-12800' else 'Others' end as "
+    "Range, count(1) as Count from Dateien group by Range",
+    "SELECT Distinct FNumber, count(FNumber) FROM Dateien group by FNumber",
+    "SELECT distinct exptime, exptimestring, count(exptime) FROM Dateien GROUP by exptime ORDER "
+    "BY exptime desc",
+    "SELECT Distinct MeteringMode, count(MeteringMode) FROM Dateien group by MeteringMode",
+    "SELECT Distinct ExposureMode, count(ExposureMode) FROM Dateien group by ExposureMode",
+    "SELECT Date FROM Dateien",
+};
+
+fixture::PhotoTags variedTags(int i)
+{
+    static const char *const makers[] = { "Canon", "NIKON CORPORATION", "SONY", "FUJIFILM" };
+    static const char *const models[] = { "Canon EOS R5", "NIKON Z 6_2", "ILCE-7M3", "X-T3" };
+    static const char *const lenses[] = { "RF24-70mm F2.8 L IS USM", "NIKKOR Z 85mm f/1.8 S",
+                                          "FE 200-600mm F5.6-6.3 G OSS", "XF10-24mmF4 R OIS" };
+    static const quint32 focalLengths[] = { 10, 24, 35, 50, 85, 135, 200, 600 };
+    static const quint16 isos[] = { 100, 200, 400, 800, 1600, 3200, 6400, 25600 };
+    static const quint32 fNumbers[] = { 14, 28, 40, 56, 80, 110 };
+    static const quint32 exposureDenominators[] = { 8000, 1000, 250, 60, 15, 13, 2 };
+
+    fixture::PhotoTags tags;
+    const int camera = i % 4;
+    tags.make = QString::fromLatin1(makers[camera]);
+    tags.model = QString::fromLatin1(models[camera]);
+    tags.lensModel = QString::fromLatin1(lenses[camera]);
+    tags.dateTimeOriginal = QStringLiteral("%1:%2:%3 12:00:00")
+                                .arg(2019 + i % 5)
+                                .arg(1 + i % 12, 2, 10, QLatin1Char('0'))
+                                .arg(1 + i % 28, 2, 10, QLatin1Char('0'));
+    tags.modifyDate = tags.dateTimeOriginal;
+    tags.focalLength = fixture::Rational { focalLengths[i % 8], 1 };
+    tags.iso = isos[i % 8];
+    tags.fNumber = fixture::Rational { fNumbers[i % 6], 10 };
+    tags.exposureTime = fixture::Rational { 1, exposureDenominators[i % 7] };
+    tags.meteringMode = quint16(1 + i % 6);
+    tags.exposureProgram = quint16(i % 10);
+    return tags;
+}
+
+namespace {
+
+bool writeNumbered(const QString &dir, int count, const QString &prefix,
+                   const std::function<QByteArray(int)> &bytes)
+{
+    if (!QDir().mkpath(dir))
+        return false;
+    const QDir folder(dir);
+    for (int i = 1; i <= count; ++i) {
+        const QString name = QStringLiteral("%1%2.jpg").arg(prefix).arg(i, 5, 10, QLatin1Char('0'));
+        if (!fixture::writeBytes(folder.filePath(name), bytes(i)))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+bool writePhotos(const QString &dir, int count, const QString &prefix)
+{
+    return writeNumbered(dir, count, prefix, [](int i) {
+        return fixture::photo(fixture::Format::Jpeg, variedTags(i));
+    });
+}
+
+bool writePhotos(const QString &dir, int count, const fixture::PhotoTags &tags,
+                 const QString &prefix)
+{
+    const QByteArray bytes = fixture::photo(fixture::Format::Jpeg, tags);
+    return writeNumbered(dir, count, prefix, [&bytes](int) { return bytes; });
+}
+
+QStringList writePhotoTree(const QString &root, int count, int folders)
+{
+    QStringList made;
+    QString parent = root;
+    for (int f = 0; f < folders; ++f) {
+        const QString folder =
+            QDir(f % 2 == 0 ? root : parent).filePath(QStringLiteral("f%1").arg(f));
+        const int share = count / folders + (f < count % folders ? 1 : 0);
+        if (!writePhotos(folder, share, QStringLiteral("F%1_").arg(f)))
+            return {};
+        made << folder;
+        parent = folder;
+    }
+    return made;
+}
+
+std::unique_ptr<TMyWorkerObject> makeWorker(QList<QString> directories, QList<QString> patterns,
+                                            bool includeSubDirs, QList<QString> makerExcludes,
+                                            QList<QString> modelExcludes)
+{
+    return std::make_unique<TMyWorkerObject>(directories, patterns, includeSubDirs, makerExcludes,
+                                             modelExcludes);
+}
+
+namespace {
+
+void record(TMyWorkerObject &worker, QObject &context, QStringList &events)
+{
+    // Direct: the events are read only after the scan has ended.
+    QObject::connect(
+        &worker, &TMyWorkerObject::operationUpdate, &context,
+        [&events](int count) { events << QStringLiteral("update %1").arg(count); },
+        Qt::DirectConnection);
+    QObject::connect(
+        &worker, &TMyWorkerObject::operationDone, &context,
+        [&events] { events << QStringLiteral("done"); }, Qt::DirectConnection);
+}
+
+} // namespace
+
+QStringList scanHere(TMyWorkerObject &worker)
+{
+    QStringList events;
+    QObject context;
+    record(worker, context, events);
+    worker.doOperation();
+    return events;
+}
+
+QStringList scanOnThread(TMyWorkerObject &worker, bool interruptFirst)
+{
+    QStringList events;
+    QObject context;
+    record(worker, context, events);
+    std::unique_ptr<QThread> thread(QThread::create([&worker, interruptFirst] {
+        if (interruptFirst)
+            QThread::currentThread()->requestInterruption();
+        worker.doOperation();
+    }));
+    thread->start();
+    thread->wait();
+    return events;
+}
+
+void closeMainConnection(QSqlDatabase &db)
+{
+    db.close();
+    db = QSqlDatabase();
+    QSqlDatabase::removeDatabase(PhotoDatabase::mainConnection);
+}
+
+int rowCount(const QSqlDatabase &db)
+{
+    QSqlQuery query(db);
+    if (!query.exec(QStringLiteral("SELECT count(*) FROM DATEIEN")) || !query.next())
+        return -1;
+    return query.value(0).toInt();
+}
+
+QStringList column(const QSqlDatabase &db, const QString &name)
+{
+    QStringList values;
+    QSqlQuery query(db);
+    query.exec(QStringLiteral("SELECT %1 FROM DATEIEN ORDER BY id").arg(name));
+    while (query.next())
+        values << query.value(0).toString();
+    return values;
+}
+
+} // namespace scantest

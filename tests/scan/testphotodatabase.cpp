@@ -1,0 +1,280 @@
+#include "testphotodatabase.h"
+
+#include "photodatabase.h"
+#include "scanfixtures.h"
+
+#include <QElapsedTimer>
+#include <QSemaphore>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QTest>
+#include <QThread>
+
+#include <memory>
+
+namespace {
+
+const QString readerConnection = QStringLiteral("ReaderWithoutPragma");
+const QString writerConnection = QStringLiteral("Writer");
+
+// Binds one complete row to a prepared INSERT.
+void bindRow(QSqlQuery &insert, const QString &fileName)
+{
+    insert.bindValue(":filename", fileName);
+    insert.bindValue(":date", "2023:07:14 18:30:05");
+    insert.bindValue(":maker", "Canon");
+    insert.bindValue(":model", "Canon EOS R5");
+    insert.bindValue(":lens", "RF50mm F1.2 L USM");
+    insert.bindValue(":focallength", 50.0);
+    insert.bindValue(":iso", 400);
+    insert.bindValue(":fnumber", "2.8");
+    insert.bindValue(":exptime", 0.004);
+    insert.bindValue(":exptimestring", "1/250");
+    insert.bindValue(":meteringmode", "Matrix");
+    insert.bindValue(":exposuremode", "Program AE");
+}
+
+bool insertRows(QSqlDatabase &db, int count)
+{
+    QSqlQuery insert(db);
+    if (!insert.prepare(PhotoDatabase::insertStatement))
+        return false;
+    for (int i = 0; i < count; ++i) {
+        bindRow(insert, QStringLiteral("IMG_%1.JPG").arg(i));
+        if (!insert.exec())
+            return false;
+    }
+    return true;
+}
+
+QList<int> ids(const QSqlDatabase &db)
+{
+    QList<int> found;
+    for (const QString &id : scantest::column(db, QStringLiteral("id")))
+        found << id.toInt();
+    return found;
+}
+
+// A SELECT that has delivered its first row and is still active, as a chart's half-read query.
+std::unique_ptr<QSqlQuery> openSelect(const QSqlDatabase &db)
+{
+    auto select = std::make_unique<QSqlQuery>(db);
+    select->exec(QStringLiteral("SELECT FILENAME FROM DATEIEN"));
+    select->next();
+    return select;
+}
+
+// A connection of its own, opened on the current thread and removed again with the object.
+class Connection
+{
+public:
+    Connection(const QString &name, bool readUncommitted = false)
+        : name(name)
+        , db(PhotoDatabase::addConnection(name))
+    {
+        db.open();
+        if (readUncommitted)
+            QSqlQuery(db).exec(PhotoDatabase::readUncommittedPragma);
+    }
+    ~Connection()
+    {
+        db.close();
+        db = QSqlDatabase();
+        QSqlDatabase::removeDatabase(name);
+    }
+    QString name;
+    QSqlDatabase db;
+};
+
+} // namespace
+
+void TestPhotoDatabase::initTestCase()
+{
+    QVERIFY2(PhotoDatabase::openMainConnection(db), "the main connection could not be set up");
+}
+
+void TestPhotoDatabase::init()
+{
+    PhotoDatabase::clear(db);
+}
+
+void TestPhotoDatabase::cleanupTestCase()
+{
+    scantest::closeMainConnection(db);
+}
+
+void TestPhotoDatabase::mainConnectionCreatesTheTableAsWritten()
+{
+    QCOMPARE(db.connectionName(), PhotoDatabase::mainConnection);
+    QCOMPARE(db.driverName(), QStringLiteral("QSQLITE"));
+    QCOMPARE(db.databaseName(), QStringLiteral("file::memory:"));
+    QCOMPARE(db.connectOptions(), QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_ENABLE_SHARED_CACHE"));
+    QVERIFY(db.isOpen());
+
+    QSqlQuery schema(db);
+    QVERIFY(schema.exec("SELECT sql FROM sqlite_master WHERE name = 'DATEIEN'"));
+    QVERIFY2(schema.next(), "table DATEIEN is missing");
+    QCOMPARE(schema.value(0).toString(), PhotoDatabase::createTableStatement);
+
+    QSqlQuery pragma(db);
+    QVERIFY(pragma.exec("PRAGMA read_uncommitted"));
+    QVERIFY(pragma.next());
+    QCOMPARE(pragma.value(0).toInt(), 1);
+    QCOMPARE(scantest::rowCount(db), 0);
+}
+
+void TestPhotoDatabase::addedConnectionIsNotOpenedAndReachesTheSameDatabase()
+{
+    QVERIFY(insertRows(db, 3));
+    {
+        QSqlDatabase other = PhotoDatabase::addConnection(QStringLiteral("Other"));
+        QVERIFY2(!other.isOpen(), "a connection is opened only by its user");
+        QCOMPARE(other.databaseName(), PhotoDatabase::databaseName);
+        QCOMPARE(other.connectOptions(), PhotoDatabase::connectOptions);
+        QVERIFY(other.open());
+        QCOMPARE(scantest::rowCount(other), 3);
+        other.close();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("Other"));
+}
+
+void TestPhotoDatabase::clearEmptiesTheTableAndIdsContinue()
+{
+    QVERIFY(insertRows(db, 4));
+    const QList<int> first = ids(db);
+    QCOMPARE(first.size(), 4);
+
+    PhotoDatabase::clear(db);
+    QCOMPARE(scantest::rowCount(db), 0);
+
+    QVERIFY(insertRows(db, 2));
+    const QList<int> second = ids(db);
+    QCOMPARE(second, (QList<int> { first.last() + 1, first.last() + 2 }));
+}
+
+void TestPhotoDatabase::connectionOfAnotherThreadSeesTheRows()
+{
+    QVERIFY(insertRows(db, 7));
+    int seen = -1;
+    std::unique_ptr<QThread> thread(QThread::create([&seen] {
+        Connection other(QStringLiteral("OtherThread"));
+        seen = scantest::rowCount(other.db);
+    }));
+    thread->start();
+    thread->wait();
+    QCOMPARE(seen, 7);
+}
+
+void TestPhotoDatabase::openSelectAndInsert_data()
+{
+    QTest::addColumn<bool>("readUncommitted");
+    QTest::addColumn<bool>("insertSucceeds");
+
+    QTest::newRow("reader without read-uncommitted locks the writer out") << false << false;
+    QTest::newRow("reader reading uncommitted lets the writer in") << true << true;
+}
+
+void TestPhotoDatabase::openSelectAndInsert()
+{
+    QFETCH(bool, readUncommitted);
+    QFETCH(bool, insertSucceeds);
+
+    QVERIFY(insertRows(db, 2));
+    Connection reader(readerConnection, readUncommitted);
+    Connection writer(writerConnection);
+    {
+        const auto select = openSelect(reader.db);
+        QVERIFY2(select->isActive(), "the reading statement did not start");
+
+        QSqlQuery insert(writer.db);
+        QVERIFY(insert.prepare(PhotoDatabase::insertStatement));
+        bindRow(insert, QStringLiteral("during-select.jpg"));
+        QCOMPARE(insert.exec(), insertSucceeds);
+        QVERIFY2(PhotoDatabase::failedOnTableLock(insert) != insertSucceeds,
+                 qPrintable(insert.lastError().text()));
+    }
+    QCOMPARE(scantest::rowCount(db), insertSucceeds ? 3 : 2);
+}
+
+void TestPhotoDatabase::execInsertWaitsUntilTheLockIsGone()
+{
+    QVERIFY(insertRows(db, 2));
+    Connection reader(readerConnection);
+    auto select = openSelect(reader.db);
+
+    QSemaphore firstAttemptFailed;
+    bool lockedAtFirst = false;
+    bool stored = false;
+    std::unique_ptr<QThread> thread(QThread::create([&] {
+        Connection writer(writerConnection);
+        QSqlQuery insert(writer.db);
+        insert.prepare(PhotoDatabase::insertStatement);
+        bindRow(insert, QStringLiteral("waited.jpg"));
+        lockedAtFirst = !insert.exec() && PhotoDatabase::failedOnTableLock(insert);
+        firstAttemptFailed.release();
+        stored = PhotoDatabase::execInsert(insert);
+    }));
+    thread->start();
+    firstAttemptFailed.acquire();
+    QThread::msleep(100);
+    select.reset();
+    thread->wait();
+
+    QVERIFY2(lockedAtFirst, "the open SELECT did not lock the writer out");
+    QVERIFY2(stored, "the INSERT was not retried after the lock had gone");
+    QCOMPARE(scantest::column(db, "FILENAME").last(), QStringLiteral("waited.jpg"));
+}
+
+void TestPhotoDatabase::execInsertGivesUpWhenTheLockStays()
+{
+    QVERIFY(insertRows(db, 2));
+    Connection reader(readerConnection);
+    Connection writer(writerConnection);
+    const auto select = openSelect(reader.db);
+
+    QSqlQuery insert(writer.db);
+    QVERIFY(insert.prepare(PhotoDatabase::insertStatement));
+    bindRow(insert, QStringLiteral("never.jpg"));
+    QVERIFY2(!PhotoDatabase::execInsert(insert), "the INSERT passed a lock that was never freed");
+    QVERIFY(PhotoDatabase::failedOnTableLock(insert));
+    QCOMPARE(scantest::rowCount(writer.db), 2);
+}
+
+void TestPhotoDatabase::execInsertStopsWaitingWhenTheThreadIsStopped()
+{
+    QVERIFY(insertRows(db, 2));
+    Connection reader(readerConnection);
+    const auto select = openSelect(reader.db);
+
+    bool stored = true;
+    qint64 waitedMs = -1;
+    std::unique_ptr<QThread> thread(QThread::create([&] {
+        Connection writer(writerConnection);
+        QSqlQuery insert(writer.db);
+        insert.prepare(PhotoDatabase::insertStatement);
+        bindRow(insert, QStringLiteral("stopped.jpg"));
+        QThread::currentThread()->requestInterruption();
+        QElapsedTimer timer;
+        timer.start();
+        stored = PhotoDatabase::execInsert(insert);
+        waitedMs = timer.elapsed();
+    }));
+    thread->start();
+    thread->wait();
+
+    QVERIFY(!stored);
+    QVERIFY2(waitedMs < PhotoDatabase::lockedRetryLimitMs,
+             qPrintable(QStringLiteral("waited %1 ms for a stopped scan").arg(waitedMs)));
+}
+
+void TestPhotoDatabase::execInsertDoesNotRetryOtherFailures()
+{
+    QSqlQuery insert(db);
+    QVERIFY(insert.prepare(PhotoDatabase::insertStatement));
+    bindRow(insert, QStringLiteral("no-maker.jpg"));
+    // A null text breaks the NOT NULL constraint of its column.
+    insert.bindValue(":maker", QVariant(QMetaType::fromType<QString>()));
+    QVERIFY(!PhotoDatabase::execInsert(insert));
+    QVERIFY2(!PhotoDatabase::failedOnTableLock(insert), qPrintable(insert.lastError().text()));
+    QCOMPARE(scantest::rowCount(db), 0);
+}
