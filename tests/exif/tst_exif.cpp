@@ -8,40 +8,21 @@
 #include "tooltest.h"
 #include "valuestest.h"
 
+#include "testrunner.h"
+
 #include <QCoreApplication>
-#include <QTest>
 
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
-    int failed = 0;
-    {
-        ReaderTest test;
-        failed += QTest::qExec(&test, argc, argv);
-    }
-    {
-        HostileLayoutTest test;
-        failed += QTest::qExec(&test, argc, argv);
-    }
-    {
-        ValuesTest test;
-        failed += QTest::qExec(&test, argc, argv);
-    }
-    {
-        CodeTablesTest test;
-        failed += QTest::qExec(&test, argc, argv);
-    }
-    {
-        TagCatalogueTest test;
-        failed += QTest::qExec(&test, argc, argv);
-    }
-    {
-        SamplesTest test;
-        failed += QTest::qExec(&test, argc, argv);
-    }
-    {
-        ToolTest test;
-        failed += QTest::qExec(&test, argc, argv);
-    }
-    return failed == 0 ? 0 : 1;
+    ReaderTest reader;
+    HostileLayoutTest hostileLayouts;
+    ValuesTest values;
+    CodeTablesTest codeTables;
+    TagCatalogueTest tagCatalogue;
+    SamplesTest samples;
+    ToolTest tool;
+    return testutils::runTestObjects(
+        app.arguments(),
+        { &reader, &hostileLayouts, &values, &codeTables, &tagCatalogue, &samples, &tool });
 }

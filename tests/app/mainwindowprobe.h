@@ -1,0 +1,77 @@
+#pragma once
+
+#include "mainwindow.h"
+
+#include <QComboBox>
+#include <QFileSystemModel>
+#include <QLabel>
+#include <QSortFilterProxyModel>
+#include <QSqlTableModel>
+
+// Lets the tests look at and drive what the window keeps to itself: its members and the private
+// steps that the form does not expose. Statistic indexes are the tab indexes 0 to 10.
+class MainWindowProbe
+{
+public:
+    explicit MainWindowProbe(MainWindow &window)
+        : w(window)
+    { }
+
+    QString status() const { return w.labelStatus->text(); }
+    QComboBox *themeCombo() const { return w.comboBoxThemeDate; }
+    QSqlTableModel *tableModel() const { return w.tableModel; }
+    QSqlDatabase &db() const { return w.db; }
+    QFileSystemModel *fileSystemModel() const { return w.fileSystemModel; }
+    QSortFilterProxyModel *proxyModel() const { return w.proxyModel; }
+    QThread *workerThread() const { return w.workerThread; }
+    bool workerRunning() const { return w.workerRunning; }
+    TObjectFileDownloader *fileDownloader() const { return w.fileDownloader; }
+
+    QString &lastDirectory() const { return w.lastDirectory; }
+    bool &includeSubDirs() const { return w.includeSubDirs; }
+    QList<QString> &fileFilters() const { return w.fileFilters; }
+    QList<QString> &selectedDirectories() const { return w.selectedDirectories; }
+    int &lastTab() const { return w.lastTab; }
+    bool &checkForUpdatesOnStart() const { return w.checkForUpdatesOnStart; }
+    QList<QString> &makerExcludes() const { return w.makerExcludes; }
+    QList<QString> &modelExcludes() const { return w.modelExcludes; }
+    QList<QString> &focalLengthGroups() const { return w.focalLengthGroups; }
+    QList<QString> &isoGroups() const { return w.isoGroups; }
+    int &chartDateTheme() const { return w.chartDateTheme; }
+    int chartTheme() const { return w.chartTheme; }
+    float &camXRotation() const { return w.camXRotation; }
+    float &camYRotation() const { return w.camYRotation; }
+    float &camZoom() const { return w.camZoom; }
+    ChartDate3D *chartDate3D() const { return w.chartDate3D; }
+
+    TChartSettings &chartSettings(int statistic) const
+    {
+        TChartSettings *records[] = { &w.chartSettingsMaker,   &w.chartSettingsModel,
+                                      &w.chartSettingsLens,    &w.chartSettingsFocLen,
+                                      &w.chartSettingsFocLenG, &w.chartSettingsISO,
+                                      &w.chartSettingsISOG,    &w.chartSettingsFNum,
+                                      &w.chartSettingsExpTime, &w.chartSettingsMetMode,
+                                      &w.chartSettingsExpMode };
+        return *records[statistic];
+    }
+
+    ChartController *chartController(int statistic) const
+    {
+        ChartController *controllers[] = { w.chartControllerMaker,   w.chartControllerModel,
+                                           w.chartControllerLens,    w.chartControllerFocLen,
+                                           w.chartControllerFocLenG, w.chartControllerISO,
+                                           w.chartControllerISOG,    w.chartControllerFNum,
+                                           w.chartControllerExpTime, w.chartControllerMetMode,
+                                           w.chartControllerExpMode };
+        return controllers[statistic];
+    }
+
+    void clearTable() { w.clearTable(); }
+    void rescan() { w.refreshData(); }
+    void stopWorkerThread() { w.stopWorkerThread(); }
+    void updateCharts() { w.updateCharts(); }
+    void saveSettings() { w.saveSettings(); }
+
+private:
+    MainWindow &w;
+};

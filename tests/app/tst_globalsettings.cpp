@@ -1,0 +1,308 @@
+// The window's side of the global settings dialog, of the update check and of the About boxes.
+#include "apptestsupport.h"
+#include "localhttpserver.h"
+#include "mainwindow.h"
+#include "mainwindowprobe.h"
+#include "tdialogabout.h"
+#include "tdialogglobalsettings.h"
+#include "testutils.h"
+#include "tobjectfiledownloader.h"
+#include "updatesite.h"
+#include "urlcatcher.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace apptest;
+
+namespace {
+
+// Types into a range field and leaves it, as the user does.
+void enterGroups(QWidget *dialog, const char *field, const QString &text)
+{
+    auto *edit = dialog->findChild<QLineEdit *>(field);
+    edit->setText(text);
+    emit edit->editingFinished();
+}
+
+} // namespace
+
+class TestGlobalSettings : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void okCopiesTheValuesBackAndRescans();
+    void okWithoutChangesStillRescans();
+    void cancelChangesNothing();
+    void aNewDialogEachTime();
+    void updateCheckOffMakesNoRequest();
+    void updateQuestion_data();
+    void updateQuestion();
+    void yesOpensTheDownloadPage();
+    void aboutKelvaro();
+    void aboutQt();
+
+private:
+    std::unique_ptr<testutils::Sandbox> sandbox;
+    std::unique_ptr<MainWindow> window;
+    bool scannedShoot(const QVariantMap &more = {});
+};
+
+void TestGlobalSettings::init()
+{
+    sandbox = std::make_unique<testutils::Sandbox>();
+}
+
+void TestGlobalSettings::cleanup()
+{
+    window.reset();
+    releaseDatabase();
+    UpdateSite::setBaseUrl(QUrl());
+    sandbox.reset();
+}
+
+// Three Canon and two Nikon photos, scanned at start.
+bool TestGlobalSettings::scannedShoot(const QVariantMap &more)
+{
+    const QString directory = sandbox->makeDir("shoot");
+    writePhotos(directory, 3, photoTags("Canon", "EOS R5", "RF24-70mm"), "canon");
+    writePhotos(directory, 2, photoTags("Nikon", "Z 6", "NIKKOR Z 50mm"), "nikon");
+    QVariantMap values { { "OtherSettings/lastDirectory", directory },
+                         { "OtherSettings/fileFilters", QStringList { "*.jpg" } } };
+    values.insert(more);
+    writeStore(values);
+    window = std::make_unique<MainWindow>();
+    return waitForScanEnd(*window) && MainWindowProbe(*window).status() == "Valid files: 5";
+}
+
+void TestGlobalSettings::okCopiesTheValuesBackAndRescans()
+{
+    QVERIFY(
+        scannedShoot({ { "OtherSettings/makerExcludes", QStringList { "Apple" } },
+                       { "OtherSettings/focalLengthGroups", QStringList { "24-70", "71-200" } } }));
+    MainWindowProbe probe(*window);
+    ScanWatcher scans;
+
+    QString shownMakers, shownGroups;
+    bool shownUpdate = true;
+    NextModal dialog(isA<TDialogGlobalSettings>(), [&](QWidget *widget) {
+        shownMakers = widget->findChild<QLineEdit *>("leMakerExcludes")->text();
+        shownGroups = widget->findChild<QLineEdit *>("leFocalLengthGroups")->text();
+        shownUpdate = widget->findChild<QCheckBox *>("checkBoxUpdates")->isChecked();
+        widget->findChild<QLineEdit *>("leMakerExcludes")->setText("Apple;Nikon");
+        widget->findChild<QLineEdit *>("leModelExcludes")->setText("iPhone6");
+        enterGroups(widget, "leFocalLengthGroups", "1-60;61-200");
+        enterGroups(widget, "leISOGroups", "100-800");
+        widget->findChild<QCheckBox *>("checkBoxUpdates")->setChecked(true);
+        clickButton(widget, QDialogButtonBox::Ok);
+    });
+    window->findChild<QAction *>("actionGlobalSettings")->trigger();
+    QVERIFY(dialog.answered());
+    QCOMPARE(shownMakers, QString("Apple"));
+    QCOMPARE(shownGroups, QString("24-70;71-200"));
+    QVERIFY(!shownUpdate);
+
+    QCOMPARE(probe.makerExcludes(), (QList<QString> { "Apple", "Nikon" }));
+    QCOMPARE(probe.modelExcludes(), QList<QString> { "iPhone6" });
+    QCOMPARE(probe.focalLengthGroups(), (QList<QString> { "1-60", "61-200" }));
+    QCOMPARE(probe.isoGroups(), QList<QString> { "100-800" });
+    QVERIFY(probe.checkForUpdatesOnStart());
+    // Nothing reaches the store before the quit.
+    QVERIFY(!readStore("OtherSettings/checkForUpdates").isValid());
+
+    QCOMPARE(scans.scansStarted(), 1);
+    QVERIFY(waitForScanEnd(*window));
+    QCOMPARE(probe.status(), QString("Valid files: 3"));
+}
+
+void TestGlobalSettings::okWithoutChangesStillRescans()
+{
+    QVERIFY(scannedShoot());
+    MainWindowProbe probe(*window);
+    ScanWatcher scans;
+    NextModal dialog(isA<TDialogGlobalSettings>(),
+                     [](QWidget *widget) { clickButton(widget, QDialogButtonBox::Ok); });
+    window->findChild<QAction *>("actionGlobalSettings")->trigger();
+    QVERIFY(dialog.answered());
+    QCOMPARE(scans.scansStarted(), 1);
+    QVERIFY(waitForScanEnd(*window));
+    QCOMPARE(probe.status(), QString("Valid files: 5"));
+    QVERIFY(probe.makerExcludes().isEmpty());
+    QVERIFY(!probe.checkForUpdatesOnStart());
+}
+
+void TestGlobalSettings::cancelChangesNothing()
+{
+    QVERIFY(scannedShoot({ { "OtherSettings/isoGroups", QStringList { "100-200" } } }));
+    MainWindowProbe probe(*window);
+    ScanWatcher scans;
+    NextModal dialog(isA<TDialogGlobalSettings>(), [](QWidget *widget) {
+        widget->findChild<QLineEdit *>("leMakerExcludes")->setText("Canon");
+        enterGroups(widget, "leISOGroups", "1-50");
+        widget->findChild<QCheckBox *>("checkBoxUpdates")->setChecked(true);
+        clickButton(widget, QDialogButtonBox::Cancel);
+    });
+    window->findChild<QAction *>("actionGlobalSettings")->trigger();
+    QVERIFY(dialog.answered());
+    QCOMPARE(scans.scansStarted(), 0);
+    QVERIFY(probe.makerExcludes().isEmpty());
+    QCOMPARE(probe.isoGroups(), QList<QString> { "100-200" });
+    QVERIFY(!probe.checkForUpdatesOnStart());
+    QCOMPARE(probe.status(), QString("Valid files: 5"));
+}
+
+void TestGlobalSettings::aNewDialogEachTime()
+{
+    window = std::make_unique<MainWindow>();
+    for (int round = 1; round <= 2; ++round) {
+        NextModal dialog(isA<TDialogGlobalSettings>(),
+                         [](QWidget *widget) { clickButton(widget, QDialogButtonBox::Cancel); });
+        window->findChild<QAction *>("actionGlobalSettings")->trigger();
+        QVERIFY(dialog.answered());
+        const auto dialogs = window->findChildren<TDialogGlobalSettings *>();
+        QCOMPARE(dialogs.size(), round);
+        for (TDialogGlobalSettings *kept : dialogs)
+            QVERIFY(kept->isHidden());
+    }
+}
+
+void TestGlobalSettings::updateCheckOffMakesNoRequest()
+{
+    LocalHttpServer server;
+    QVERIFY(server.isListening());
+    server.setResponse(200, "0.41");
+    UpdateSite::setBaseUrl(server.baseUrl());
+    window = std::make_unique<MainWindow>();
+    QCOMPARE(MainWindowProbe(*window).fileDownloader(), nullptr);
+    QCoreApplication::processEvents();
+    QCOMPARE(server.requestCount(), 0);
+}
+
+void TestGlobalSettings::updateQuestion_data()
+{
+    QTest::addColumn<int>("status"); // 0: nobody listens
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<bool>("asked");
+
+    QTest::newRow("0.41 is newer") << 200 << QByteArray("0.41") << true;
+    QTest::newRow("same version") << 200 << QByteArray("0.40") << false;
+    QTest::newRow("older version") << 200 << QByteArray("0.39") << false;
+    QTest::newRow("0.40 plus a line break sorts after 0.40") << 200 << QByteArray("0.40\n") << true;
+    QTest::newRow("HTTP error") << 404 << QByteArray() << false;
+    QTest::newRow("server unreachable") << 0 << QByteArray() << false;
+}
+
+void TestGlobalSettings::updateQuestion()
+{
+    QFETCH(int, status);
+    QFETCH(QByteArray, body);
+    QFETCH(bool, asked);
+
+    auto server = std::make_unique<LocalHttpServer>();
+    QVERIFY(server->isListening());
+    server->setResponse(status, body);
+    UpdateSite::setBaseUrl(server->baseUrl());
+    if (status == 0)
+        server.reset();
+    writeStore({ { "OtherSettings/checkForUpdates", true } });
+
+    QString text;
+    QMessageBox::StandardButtons buttons;
+    QObject *parent = this;
+    NextModal question(isA<QMessageBox>(), [&](QWidget *widget) {
+        auto *box = static_cast<QMessageBox *>(widget);
+        text = box->text();
+        buttons = box->standardButtons();
+        parent = box->parent();
+        clickButton(box, QMessageBox::No);
+    });
+    UrlCatcher browser({ "http", "https" });
+    window = std::make_unique<MainWindow>();
+    TObjectFileDownloader *downloader = MainWindowProbe(*window).fileDownloader();
+    QVERIFY(downloader);
+    QCOMPARE(downloader->parent(), window.get());
+    // Connected after the window's own slot: when it fires, the answer has been handled.
+    QSignalSpy done(downloader, &TObjectFileDownloader::downloaded);
+    QVERIFY(done.wait(30000));
+
+    QCOMPARE(question.answered(), asked);
+    QVERIFY(browser.urls.isEmpty());
+    if (server)
+        QCOMPARE(server->lastPath(), QByteArray("/sonstiges/KelvaroVersion.txt"));
+    if (asked) {
+        QVERIFY2(text.startsWith("Eine aktuellere Programmversion (" + QString::fromUtf8(body)
+                                 + ") steht zur Verfügung."),
+                 qPrintable(text));
+        QCOMPARE(buttons, QMessageBox::Yes | QMessageBox::No);
+        QCOMPARE(parent, nullptr);
+    }
+}
+
+void TestGlobalSettings::yesOpensTheDownloadPage()
+{
+    LocalHttpServer server;
+    server.setResponse(200, "0.41");
+    UpdateSite::setBaseUrl(server.baseUrl());
+    writeStore({ { "OtherSettings/checkForUpdates", true } });
+
+    NextModal question(isA<QMessageBox>(),
+                       [](QWidget *box) { clickButton(box, QMessageBox::Yes); });
+    UrlCatcher browser({ "http", "https" });
+    window = std::make_unique<MainWindow>();
+    QSignalSpy done(MainWindowProbe(*window).fileDownloader(), &TObjectFileDownloader::downloaded);
+    QVERIFY(done.wait(30000));
+    QVERIFY(question.answered());
+    QCOMPARE(browser.urls.size(), 1);
+    QCOMPARE(browser.urls.first(), UpdateSite::downloadPageUrl());
+    QCOMPARE(browser.urls.first().path(), QString("/downloads.html"));
+}
+
+void TestGlobalSettings::aboutKelvaro()
+{
+    window = std::make_unique<MainWindow>();
+    QString title;
+    QObject *parent = this;
+    NextModal about(isA<TDialogAbout>(), [&](QWidget *widget) {
+        title = widget->windowTitle();
+        parent = widget->parent();
+        static_cast<QDialog *>(widget)->accept();
+    });
+    window->findChild<QAction *>("actionAbout_Kelvaro")->trigger();
+    QVERIFY(about.answered());
+    QCOMPARE(title, QString("About Kelvaro"));
+    QCOMPARE(parent, nullptr);
+    QVERIFY2(window->findChildren<TDialogAbout *>().isEmpty(), "a local dialog, gone again");
+}
+
+void TestGlobalSettings::aboutQt()
+{
+    window = std::make_unique<MainWindow>();
+    QString title;
+    QObject *parent = nullptr;
+    NextModal about(isA<QMessageBox>(), [&](QWidget *widget) {
+        title = widget->windowTitle();
+        parent = widget->parent();
+        clickButton(widget, QMessageBox::Ok);
+    });
+    window->findChild<QAction *>("actionAbout_Qt")->trigger();
+    QVERIFY(about.answered());
+    QCOMPARE(title, QString("About Qt"));
+    QCOMPARE(parent, window.get());
+}
+
+int runGlobalSettingsTests(int argc, char **argv)
+{
+    TestGlobalSettings test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_globalsettings.moc"

@@ -1,0 +1,132 @@
+// main()'s steps before the window: command line, splash screen and style sheet.
+#include "startup.h"
+#include "testutils.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QSplashScreen>
+#include <QTest>
+#include <QTextStream>
+
+class TestStartup : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void styleSheet_data();
+    void styleSheet();
+    void splashScreenShowsVersionAndClosesItself();
+    void startDirectories_data();
+    void startDirectories();
+};
+
+void TestStartup::styleSheet_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("applied");
+    QTest::addColumn<QString>("printed");
+
+    QTest::newRow("missing resource: says so and goes on unstyled")
+        << ":/qdarkstyle/no-such-sheet.qss" << false
+        << "Unable to set stylesheet, file not found\n";
+    QTest::newRow("sheet on disk is applied") << "DISK" << true << "";
+#ifdef KELVARO_HAS_QDARKSTYLE
+    QTest::newRow("compiled-in dark sheet is applied") << ":/qdarkstyle/style.qss" << true << "";
+#endif
+}
+
+void TestStartup::styleSheet()
+{
+    QFETCH(QString, path);
+    QFETCH(bool, applied);
+    QFETCH(QString, printed);
+
+    testutils::Sandbox sandbox;
+    const QString sheet = "QLabel { color: rgb(1, 2, 3); }";
+    if (path == "DISK") {
+        path = sandbox.filePath("style.qss");
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(sheet.toUtf8());
+    }
+
+    qApp->setStyleSheet(QString());
+    QString output;
+    QTextStream out(&output);
+    QCOMPARE(Startup::applyStyleSheet(*qApp, path, out), applied);
+    out.flush();
+    QCOMPARE(output, printed);
+    QVERIFY2(qApp->styleSheet().isEmpty() != applied, qPrintable(qApp->styleSheet().left(80)));
+    if (path == sandbox.filePath("style.qss"))
+        QCOMPARE(qApp->styleSheet(), sheet);
+    qApp->setStyleSheet(QString());
+}
+
+void TestStartup::splashScreenShowsVersionAndClosesItself()
+{
+    testutils::Sandbox sandbox;
+    std::unique_ptr<QSplashScreen> splash(Startup::showSplashScreen());
+    QVERIFY(splash->isVisible());
+    QCOMPARE(splash->message(), QString("Version 0.40"));
+    QCOMPARE(splash->size(), QSize(542, 302));
+    QCOMPARE(splash->minimumSize(), splash->maximumSize());
+    QVERIFY(splash->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    QVERIFY2(!splash->pixmap().isNull(), "the splash image is a compiled-in resource");
+    QTRY_VERIFY_WITH_TIMEOUT(!splash->isVisible(), 6000);
+}
+
+void TestStartup::startDirectories_data()
+{
+    QTest::addColumn<QStringList>("arguments"); // "SANDBOX" stands for the scratch folder
+    QTest::addColumn<QStringList>("expected");
+    QTest::addColumn<bool>("noted");
+
+    QTest::newRow("no arguments: the remembered directory is used")
+        << QStringList { "kelvaro" } << QStringList {} << false;
+    QTest::newRow("two directories in the given order")
+        << QStringList { "kelvaro", "SANDBOX/b", "SANDBOX/a" }
+        << QStringList { "SANDBOX/b", "SANDBOX/a" } << false;
+    QTest::newRow("relative directory becomes absolute")
+        << QStringList { "kelvaro", "REL" } << QStringList { "SANDBOX/a" } << false;
+    QTest::newRow("a file and a missing path are left out with a note")
+        << QStringList { "kelvaro", "SANDBOX/file.txt", "SANDBOX/missing", "SANDBOX/a" }
+        << QStringList { "SANDBOX/a" } << true;
+}
+
+void TestStartup::startDirectories()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QStringList, expected);
+    QFETCH(bool, noted);
+
+    testutils::Sandbox sandbox;
+    sandbox.makeDir("a");
+    sandbox.makeDir("b");
+    QFile file(sandbox.filePath("file.txt"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.close();
+
+    const QString root = QDir(sandbox.path()).canonicalPath();
+    const QString previous = QDir::currentPath();
+    QDir::setCurrent(root);
+    for (QString &argument : arguments)
+        argument.replace("SANDBOX", root).replace("REL", "a");
+    for (QString &path : expected)
+        path.replace("SANDBOX", root);
+
+    QString notes;
+    QTextStream errors(&notes);
+    const QStringList directories = Startup::startDirectories(arguments, errors);
+    QDir::setCurrent(previous);
+    errors.flush();
+    QCOMPARE(directories, expected);
+    QCOMPARE(!notes.isEmpty(), noted);
+}
+
+int runStartupTests(int argc, char **argv)
+{
+    TestStartup test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_startup.moc"
