@@ -7,6 +7,12 @@
 
 #include <cstring>
 
+#ifdef Q_OS_UNIX
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
 ExifByteReader::ExifByteReader() = default;
 
 ExifByteReader::~ExifByteReader() = default;
@@ -14,19 +20,31 @@ ExifByteReader::~ExifByteReader() = default;
 bool ExifByteReader::open(const QString &path)
 {
     close();
-    // Only regular files (or links to them): opening a FIFO would block until someone writes.
-    if (!QFileInfo(path).isFile()) {
-        fileSize = 0;
+    fileSize = 0;
+    file = std::make_unique<QFile>();
+#ifdef Q_OS_UNIX
+    // One open and one fstat: non-blocking, so that a FIFO can't stall the open, and only regular
+    // files (or links to them) are read.
+    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    struct stat info;
+    if (fd < 0 || ::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)
+        || !file->open(fd, QIODevice::ReadOnly | QIODevice::Unbuffered,
+                       QFileDevice::AutoCloseHandle)) {
+        if (fd >= 0)
+            ::close(fd);
+        file.reset();
         return false;
     }
-    file = std::make_unique<QFile>(path);
-    // Unbuffered: blocks are read straight into their own buffers, without QFile's copy.
-    if (!file->open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+    fileSize = info.st_size;
+#else
+    // Only regular files (or links to them): opening a FIFO would block until someone writes.
+    file->setFileName(path);
+    if (!QFileInfo(path).isFile() || !file->open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         file.reset();
-        fileSize = 0;
         return false;
     }
     fileSize = file->size();
+#endif
     return true;
 }
 
@@ -97,26 +115,46 @@ void ExifByteReader::copyOut(qint64 pos, char *out, qint64 count)
     }
 }
 
+// Most values lie inside the block read last; they are taken from it directly.
+const uchar *ExifByteReader::inCurrentBlock(qint64 pos, qint64 count) const
+{
+    if (current && pos >= current->start && pos + count <= current->start + current->data.size())
+        return reinterpret_cast<const uchar *>(current->data.constData()) + (pos - current->start);
+    return nullptr;
+}
+
 quint8 ExifByteReader::readU8()
 {
-    char c = 0;
-    copyOut(position, &c, 1);
+    uchar copy = 0;
+    const uchar *b = inCurrentBlock(position, 1);
+    if (!b) {
+        copyOut(position, reinterpret_cast<char *>(&copy), 1);
+        b = &copy;
+    }
     ++position;
-    return quint8(c);
+    return b[0];
 }
 
 quint16 ExifByteReader::readU16()
 {
-    uchar b[2];
-    copyOut(position, reinterpret_cast<char *>(b), 2);
+    uchar copy[2];
+    const uchar *b = inCurrentBlock(position, 2);
+    if (!b) {
+        copyOut(position, reinterpret_cast<char *>(copy), 2);
+        b = copy;
+    }
     position += 2;
     return bigEndian ? quint16(b[0] << 8 | b[1]) : quint16(b[1] << 8 | b[0]);
 }
 
 quint32 ExifByteReader::readU32()
 {
-    uchar b[4];
-    copyOut(position, reinterpret_cast<char *>(b), 4);
+    uchar copy[4];
+    const uchar *b = inCurrentBlock(position, 4);
+    if (!b) {
+        copyOut(position, reinterpret_cast<char *>(copy), 4);
+        b = copy;
+    }
     position += 4;
     if (bigEndian)
         return quint32(b[0]) << 24 | quint32(b[1]) << 16 | quint32(b[2]) << 8 | b[3];

@@ -58,6 +58,7 @@ private:
     // The loaded block holding pos, or nullptr when pos is past the end or over budget.
     const Block *blockAt(qint64 pos);
     void copyOut(qint64 pos, char *out, qint64 count);
+    const uchar *inCurrentBlock(qint64 pos, qint64 count) const;
 
     std::unique_ptr<QFile> file;
     qint64 fileSize = 0;

@@ -20,8 +20,9 @@ constexpr int maxTextLength = 4096;
 // Bytes loaded from one file in total. Reads beyond this budget yield zeros, so a file whose
 // offsets scatter over many megabytes can't make the reader load all of it.
 constexpr qint64 maxBytesLoaded = 4 * 1024 * 1024;
-// Size of one block loaded from the file; the first block holds all metadata of a typical JPEG.
-constexpr qint64 blockSize = 64 * 1024;
+// Size of one block loaded from the file. The directories of a typical photo lie in its first
+// few kilobytes; a larger block only makes the kernel copy bytes nobody reads.
+constexpr qint64 blockSize = 16 * 1024;
 // Payload bytes of a CR3 child box kept in CR3CanonBox::data; the stream still moves to the end.
 constexpr qint64 maxCr3BoxPayload = 64 * 1024;
 // Compatible brands kept from a CR3 file-type box.
