@@ -1,0 +1,347 @@
+// The chart side of the application: the time of MainWindow::updateCharts() (the eleven
+// statistic controllers and the date chart's data) over a photo table of 200,000 rows, each
+// part's share, and the number of live chart objects after 1 and after 200 refreshes (over the
+// first 20,000 rows, so that the 200 refreshes stay quick). The real window is built headless
+// with a sandboxed settings store; its first scan covers an empty directory, then the table is
+// filled directly through the window's own main connection.
+//
+//   kelvaro_bench_charts [ROWS [TIMED_RUNS [REFRESHES [COUNT_ROWS]]]]
+#include "benchdata.h"
+#include "benchstats.h"
+#include "chartcontrollerexpmode.h"
+#include "chartcontrollerexptime.h"
+#include "chartcontrollerfnum.h"
+#include "chartcontrollerfoclen.h"
+#include "chartcontrollerfocleng.h"
+#include "chartcontrolleriso.h"
+#include "chartcontrollerisog.h"
+#include "chartcontrollerlens.h"
+#include "chartcontrollermaker.h"
+#include "chartcontrollermetmode.h"
+#include "chartcontrollermodel.h"
+#include "chartdate3d.h"
+#include "mainwindow.h"
+#include "texiffile.h"
+
+#include <QApplication>
+#include <QChart>
+#include <QChartView>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QMutex>
+#include <QSet>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QSqlQueryModel>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QThread>
+#include <QTreeView>
+#include <QVBoxLayout>
+#include <QVariant>
+#include <QWidget>
+
+#include <cstdlib>
+#include <functional>
+
+// Qt's object hooks (the ones debugging tools such as GammaRay use): QObject's constructor and
+// destructor call these, so every object of the process is seen, whoever owns it.
+extern quintptr qtHookData[];
+
+namespace {
+
+enum HookIndex { hookDataSize = 1, hookQtVersion = 2, hookAddQObject = 3, hookRemoveQObject = 4 };
+
+QMutex liveMutex;
+QSet<QObject *> *liveObjects = nullptr;
+
+void objectAdded(QObject *object)
+{
+    QMutexLocker lock(&liveMutex);
+    liveObjects->insert(object);
+}
+
+void objectRemoved(QObject *object)
+{
+    QMutexLocker lock(&liveMutex);
+    liveObjects->remove(object);
+}
+
+bool installObjectHooks()
+{
+    if (qtHookData[hookQtVersion] != QT_VERSION || qtHookData[hookDataSize] <= hookRemoveQObject)
+        return false;
+    liveObjects = new QSet<QObject *>;
+    qtHookData[hookAddQObject] = reinterpret_cast<quintptr>(&objectAdded);
+    qtHookData[hookRemoveQObject] = reinterpret_cast<quintptr>(&objectRemoved);
+    return true;
+}
+
+struct LiveCount
+{
+    int charts = 0, queryModels = 0, controllers = 0, dateCharts = 0, all = 0;
+};
+
+LiveCount countLive()
+{
+    QMutexLocker lock(&liveMutex);
+    LiveCount count;
+    for (QObject *object : std::as_const(*liveObjects)) {
+        ++count.all;
+        if (qobject_cast<QChart *>(object))
+            ++count.charts;
+        else if (qobject_cast<QSqlQueryModel *>(object))
+            ++count.queryModels;
+        else if (qobject_cast<ChartDate3D *>(object))
+            ++count.dateCharts;
+        else if (object->inherits("ChartController"))
+            ++count.controllers;
+    }
+    return count;
+}
+
+} // namespace
+
+// The window keeps updateCharts() and its database to itself; it names this class its friend.
+class MainWindowProbe
+{
+public:
+    explicit MainWindowProbe(MainWindow &window)
+        : w(window)
+    { }
+    QSqlDatabase &db() { return w.db; }
+    void updateCharts() { w.updateCharts(); }
+    bool scanning() const { return !w.workerThread.isNull(); }
+    QString status() const { return w.labelStatus->text(); }
+    ChartDate3D *dateChart() const { return w.chartDate3D; }
+
+private:
+    MainWindow &w;
+};
+
+namespace {
+
+// Rows as the scan stores them: the texts come from the reader's own interpretation operations,
+// a few photos lack lens information, the dates spread over five years.
+bool fillTable(QSqlDatabase &db, benchdata::Random &random, int firstRow, int rows)
+{
+    using namespace benchdata;
+    db.transaction();
+    QSqlQuery insert(db);
+    insert.prepare(QStringLiteral(
+        "INSERT INTO DATEIEN (FILENAME, DATE, MAKER, MODEL, LENS, FOCALLENGTH, ISO, FNUMBER, "
+        "EXPTIME, EXPTIMESTRING, METERINGMODE, EXPOSUREMODE) VALUES (?,?,?,?,?,?,?,?,?,?,?,?)"));
+    const QDateTime first(QDate(2020, 1, 1), QTime(0, 0));
+    TExifFile values;
+    for (int row = firstRow; row < firstRow + rows; ++row) {
+        const QDateTime when =
+            first.addDays(random.below(5 * 365)).addSecs(7 * 3600 + random.below(16 * 3600));
+        const Photo p = randomPhoto(random, random.below(cameras().size()), when);
+        const fixture::PhotoTags &t = p.tags;
+        values.ExposureTimeNumerator = t.exposureTime->num;
+        values.ExposureTimeDenominator = t.exposureTime->den;
+        values.FNumberNumerator = t.fNumber->num;
+        values.FNumberDenominator = t.fNumber->den;
+        values.FocalLengthNumerator = t.focalLength->num;
+        values.FocalLengthDenominator = t.focalLength->den;
+        values.MeteringMode = *t.meteringMode;
+        values.ExposureProgram = *t.exposureProgram;
+        insert.addBindValue(QStringLiteral("IMG_%1.JPG").arg(row, 6, 10, QLatin1Char('0')));
+        insert.addBindValue(t.dateTimeOriginal);
+        insert.addBindValue(t.make);
+        insert.addBindValue(t.model);
+        insert.addBindValue(random.chance(3) ? QStringLiteral("n.a.") : t.lensModel);
+        insert.addBindValue(values.exif_0x920A_FocalLengthAsReal());
+        insert.addBindValue(int(*t.iso));
+        insert.addBindValue(values.exif_0x829D_FNumberAsString());
+        insert.addBindValue(values.exif_0x829A_ExposureTime());
+        insert.addBindValue(values.exif_0x829A_ExposureTimeAsString());
+        insert.addBindValue(values.exif_0x9207_MeteringModeAsString());
+        insert.addBindValue(values.exif_0x8822_ExpProgAsString());
+        if (!insert.exec()) {
+            std::fprintf(stderr, "insert failed: %s\n", qPrintable(insert.lastError().text()));
+            db.rollback();
+            return false;
+        }
+    }
+    return db.commit();
+}
+
+long rowCount(QSqlDatabase &db)
+{
+    QSqlQuery count(db);
+    if (!count.exec(QStringLiteral("SELECT COUNT(*) FROM DATEIEN")) || !count.next())
+        return -1;
+    return count.value(0).toLongLong();
+}
+
+// What the event loop does between two refreshes in the application: deferred deletions.
+void settle()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::processEvents();
+}
+
+} // namespace
+
+// Each part of a refresh on its own: the eleven controllers and the date chart made one by one
+// on views of their own, as updateCharts() makes them, plus the bare SQL of one statistic.
+std::string partTimes(QSqlDatabase &db, int runs)
+{
+    QWidget host;
+    auto *layout = new QVBoxLayout(&host);
+    QChartView chartView(&host);
+    QTableView tableView(&host);
+    TChartSettings settings;
+    using Make = std::function<QObject *(QObject *)>;
+    const auto controller = [&](auto *typeTag) -> Make {
+        using T = std::remove_pointer_t<decltype(typeTag)>;
+        return [&](QObject *parent) { return new T(db, &chartView, &tableView, settings, parent); };
+    };
+    const QList<std::pair<const char *, Make>> parts {
+        { "maker", controller((ChartControllerMaker *)nullptr) },
+        { "model", controller((ChartControllerModel *)nullptr) },
+        { "lens", controller((ChartControllerLens *)nullptr) },
+        { "foclen", controller((ChartControllerFocLen *)nullptr) },
+        { "foclen_groups",
+          [&](QObject *parent) {
+              return new ChartControllerFocLenG(db, &chartView, &tableView, settings, {}, parent);
+          } },
+        { "iso", controller((ChartControllerISO *)nullptr) },
+        { "iso_groups",
+          [&](QObject *parent) {
+              return new ChartControllerISOG(db, &chartView, &tableView, settings, {}, parent);
+          } },
+        { "fnumber", controller((ChartControllerFNum *)nullptr) },
+        { "exptime", controller((ChartControllerExpTime *)nullptr) },
+        { "metering", controller((ChartControllerMetMode *)nullptr) },
+        { "program", controller((ChartControllerExpMode *)nullptr) },
+        { "date",
+          [&](QObject *parent) {
+              return new ChartDate3D(db, layout, Q3DTheme::ThemeQt, 30, 30, 100, parent);
+          } },
+        { "sql_lens_only",
+          [&](QObject *) {
+              QSqlQuery query(db);
+              query.setForwardOnly(true);
+              query.exec(
+                  QStringLiteral("SELECT Distinct Lens, count(Lens) FROM Dateien group by Lens"));
+              while (query.next()) { }
+              return nullptr;
+          } },
+    };
+    std::string text;
+    for (const auto &[name, make] : parts) {
+        std::vector<double> ms;
+        for (int run = 0; run <= runs; ++run) {
+            QObject parent;
+            const auto start = benchstats::Clock::now();
+            make(&parent);
+            if (run > 0)
+                ms.push_back(benchstats::secondsBetween(start, benchstats::Clock::now()) * 1000);
+        }
+        char item[64];
+        std::snprintf(item, sizeof item, " %s_ms=%.1f", name, benchstats::median(ms));
+        text += item;
+    }
+    return text;
+}
+
+int main(int argc, char **argv)
+{
+    const int rows = argc > 1 ? std::atoi(argv[1]) : 200000;
+    const int timedRuns = argc > 2 ? std::atoi(argv[2]) : 5;
+    const int refreshes = argc > 3 ? std::atoi(argv[3]) : 200;
+    const int countRows = argc > 4 ? std::atoi(argv[4]) : 20000;
+
+    const bool hooked = installObjectHooks();
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    // A settings store of its own, so that neither the user's store is read nor written.
+    QTemporaryDir sandbox;
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(sandbox.filePath(QStringLiteral("config"))));
+    const QString emptyLibrary = sandbox.filePath(QStringLiteral("empty"));
+    QDir().mkpath(emptyLibrary);
+
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Kelvaro"));
+    QApplication::setApplicationVersion(QStringLiteral("0.40"));
+
+    MainWindow window(QStringList { emptyLibrary });
+    MainWindowProbe probe(window);
+    // The first scan (of the empty directory) ends with a refresh of its own. While the tree's
+    // file-system model loads, its selection may change again and start further scans, each of
+    // which empties the table: the tree is given time to settle, and is then kept from starting
+    // scans while the table is filled and measured.
+    QElapsedTimer waited;
+    waited.start();
+    while ((probe.scanning() || waited.elapsed() < 2000) && waited.elapsed() < 60000)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+    settle();
+    if (probe.scanning()) {
+        std::fprintf(stderr, "the window's first scan did not end\n");
+        return 1;
+    }
+    auto *tree = window.findChild<QTreeView *>(QStringLiteral("treeViewDir"));
+    if (!tree || !tree->selectionModel()) {
+        std::fprintf(stderr, "the window has no directory tree\n");
+        return 1;
+    }
+    tree->selectionModel()->blockSignals(true);
+
+    // The live objects first, over a table of a library's size so that many refreshes stay
+    // quick; the table then grows to its full size for the timing.
+    benchdata::Random random(0x43686172747321ULL);
+    if (!fillTable(probe.db(), random, 0, countRows))
+        return 1;
+    probe.updateCharts();
+    settle();
+    const LiveCount afterOne = countLive();
+    for (int refresh = 2; refresh <= refreshes; ++refresh) {
+        probe.updateCharts();
+        settle();
+    }
+    const LiveCount afterAll = countLive();
+    if (rowCount(probe.db()) != countRows) {
+        std::fprintf(stderr, "the table lost rows during the refreshes\n");
+        return 1;
+    }
+    if (!fillTable(probe.db(), random, countRows, rows - countRows))
+        return 1;
+
+    // One untimed refresh warms SQLite's page cache and Qt's lazily built tables.
+    probe.updateCharts();
+    settle();
+    std::vector<double> ms;
+    for (int run = 0; run < timedRuns; ++run) {
+        const auto start = benchstats::Clock::now();
+        probe.updateCharts();
+        ms.push_back(benchstats::secondsBetween(start, benchstats::Clock::now()) * 1000);
+        settle();
+    }
+    const std::string parts = partTimes(probe.db(), timedRuns);
+    if (rowCount(probe.db()) != rows) {
+        std::fprintf(stderr, "the table lost rows during the timing\n");
+        return 1;
+    }
+    settle();
+
+    ChartDate3D *date = probe.dateChart();
+    const bool graph = date && date->graph();
+    int dateRows = 0;
+    if (date) {
+        for (const QList<float> &row : date->rowValues())
+            dateRows += row.isEmpty() ? 0 : 1;
+    }
+    std::printf("RESULT charts rows=%d median_ms=%.1f runs_ms=%s refreshes=%d "
+                "hooks=%d charts_1=%d charts_n=%d models_1=%d models_n=%d controllers_1=%d "
+                "controllers_n=%d datecharts_1=%d datecharts_n=%d objects_1=%d objects_n=%d "
+                "count_rows=%d date_graph=%d date_rows=%d platform=%s%s\n",
+                rows, benchstats::median(ms), benchstats::joined(ms, 1).c_str(), refreshes,
+                hooked ? 1 : 0, afterOne.charts, afterAll.charts, afterOne.queryModels,
+                afterAll.queryModels, afterOne.controllers, afterAll.controllers,
+                afterOne.dateCharts, afterAll.dateCharts, afterOne.all, afterAll.all, countRows,
+                graph ? 1 : 0, dateRows, qPrintable(QGuiApplication::platformName()),
+                parts.c_str());
+    return hooked ? 0 : 1;
+}

@@ -1,0 +1,126 @@
+// Kelvaro's scan end to end, as the main window runs it but without a window: the real
+// TMyWorkerObject in a QThread of its own walks the library with all nine patterns, reads every
+// file and inserts every row into the shared in-memory database. Timed from doOperation()'s start
+// to operationDone(); the table is checked and emptied after every run.
+#include "benchstats.h"
+#include "photodatabase.h"
+#include "tmyworkerobject.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QSqlQuery>
+#include <QThread>
+#include <QVariant>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace {
+
+QtMessageHandler defaultHandler = nullptr;
+int duplicateConnectionWarnings = 0;
+
+// Every scan adds the worker's connection name again, as in the application, and Qt warns each
+// time; that warning is counted instead of printed.
+void messageHandler(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (message.contains(QLatin1String("duplicate connection name"))) {
+        ++duplicateConnectionWarnings;
+        return;
+    }
+    defaultHandler(type, context, message);
+}
+
+double scanOnce(const QString &root)
+{
+    QList<QString> directories { root };
+    QList<QString> patterns { "*.arw", "*.raf", "*.nef", "*.cr2", "*.cr3",
+                              "*.rw2", "*.jpg", "*.dng", "*.orf" };
+    QList<QString> noMakers, noModels;
+    auto *worker = new TMyWorkerObject(directories, patterns, true, noMakers, noModels);
+    QThread thread;
+    worker->moveToThread(&thread);
+
+    // Both stamps are taken on the worker's thread; thread.wait() orders them before the reads.
+    benchstats::Clock::time_point started, done;
+    QObject::connect(
+        &thread, &QThread::started, worker, [&] { started = benchstats::Clock::now(); },
+        Qt::DirectConnection);
+    QObject::connect(&thread, &QThread::started, worker, &TMyWorkerObject::doOperation);
+    QObject::connect(
+        worker, &TMyWorkerObject::operationDone, worker, [&] { done = benchstats::Clock::now(); },
+        Qt::DirectConnection);
+    QObject::connect(worker, &TMyWorkerObject::operationDone, &thread, &QThread::quit);
+
+    QEventLoop loop;
+    QObject::connect(&thread, &QThread::finished, &loop, &QEventLoop::quit);
+    thread.start();
+    loop.exec();
+    thread.wait();
+    delete worker;
+    return benchstats::secondsBetween(started, done);
+}
+
+long rowCount(QSqlDatabase &db)
+{
+    QSqlQuery count(db);
+    if (!count.exec(QStringLiteral("SELECT COUNT(*) FROM DATEIEN")) || !count.next())
+        return -1;
+    return count.value(0).toLongLong();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    if (argc < 4) {
+        std::fprintf(stderr, "usage: %s ROOT RUNS EXPECTED_ROWS [LABEL [PASSES]]\n", argv[0]);
+        return 2;
+    }
+    const QString root = QString::fromLocal8Bit(argv[1]);
+    const int runs = std::atoi(argv[2]);
+    const long expected = std::atol(argv[3]);
+    const char *label = argc > 4 ? argv[4] : "scan";
+    // A small library scans in milliseconds, where a moment's load elsewhere decides the figure:
+    // each timed sample can add up several scans.
+    const int passes = argc > 5 ? std::max(1, std::atoi(argv[5])) : 1;
+    defaultHandler = qInstallMessageHandler(messageHandler);
+
+    // The main connection is open for the whole run, as in the application; it keeps the
+    // in-memory database alive between the worker's connections.
+    QSqlDatabase db;
+    if (!PhotoDatabase::openMainConnection(db)) {
+        std::fprintf(stderr, "cannot open the photo database\n");
+        return 1;
+    }
+    const long hwmBefore = benchstats::procStatusKb("VmHWM");
+
+    std::vector<double> seconds;
+    // Run 0 is the untimed warm-up: it fills the page cache and the allocator's pools.
+    for (int run = 0; run <= runs; ++run) {
+        double elapsed = 0;
+        for (int pass = 0; pass < passes; ++pass) {
+            PhotoDatabase::clear(db);
+            elapsed += scanOnce(root);
+            const long rows = rowCount(db);
+            if (rows != expected) {
+                std::fprintf(stderr, "%s: run %d stored %ld rows, expected %ld\n", label, run, rows,
+                             expected);
+                return 1;
+            }
+        }
+        if (run > 0)
+            seconds.push_back(elapsed);
+    }
+    const long hwmAfter = benchstats::procStatusKb("VmHWM");
+    PhotoDatabase::clear(db);
+
+    const double median = benchstats::median(seconds);
+    std::printf("RESULT %s files=%ld passes=%d median_s=%.6f files_per_s=%.0f hwm_before_mb=%.1f "
+                "hwm_growth_mb=%.1f duplicate_name_warnings=%d runs_s=%s\n",
+                label, expected, passes, median, expected * passes / median, hwmBefore / 1024.0,
+                (hwmAfter - hwmBefore) / 1024.0, duplicateConnectionWarnings,
+                benchstats::joined(seconds, 4).c_str());
+    return 0;
+}
