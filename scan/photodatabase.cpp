@@ -34,6 +34,17 @@ void clear(QSqlDatabase &db)
 {
     QSqlQuery query(db);
     query.exec(clearStatement);
+    for (const QString &statement : statisticIndexStatements) {
+        const QString name = statement.section(' ', 5, 5);
+        query.exec(QStringLiteral("DROP INDEX IF EXISTS ") + name);
+    }
+}
+
+void createStatisticIndexes(QSqlDatabase &db)
+{
+    QSqlQuery query(db);
+    for (const QString &statement : statisticIndexStatements)
+        query.exec(statement);
 }
 
 bool failedOnTableLock(const QSqlQuery &query)

@@ -66,6 +66,7 @@ void TMyWorkerObject::doOperation()
 
     // The statement must be released before its connection closes.
     insert = QSqlQuery();
+    PhotoDatabase::createStatisticIndexes(db);
     db.close();
     emit operationDone();
 }

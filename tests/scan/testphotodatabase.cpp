@@ -7,6 +7,7 @@
 #include <QSemaphore>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QSqlRecord>
 #include <QTest>
 #include <QThread>
 
@@ -150,6 +151,81 @@ void TestPhotoDatabase::clearEmptiesTheTableAndIdsContinue()
     QVERIFY(insertRows(db, 2));
     const QList<int> second = ids(db);
     QCOMPARE(second, (QList<int> { first.last() + 1, first.last() + 2 }));
+}
+
+namespace {
+
+QStringList statisticIndexNames(const QSqlDatabase &db)
+{
+    QSqlQuery query(db);
+    query.exec(QStringLiteral(
+        "SELECT name FROM sqlite_master WHERE type = 'index' AND name LIKE 'Stat%' ORDER BY name"));
+    QStringList names;
+    while (query.next())
+        names << query.value(0).toString();
+    return names;
+}
+
+// Every row of a statistic's result, in the order SQLite delivers them.
+QStringList statisticRows(const QSqlDatabase &db, const QString &statement)
+{
+    QSqlQuery query(db);
+    if (!query.exec(statement))
+        return { QStringLiteral("failed: ") + statement };
+    QStringList rows;
+    while (query.next()) {
+        QStringList fields;
+        for (int i = 0; i < query.record().count(); ++i)
+            fields << query.value(i).toString();
+        rows << fields.join(QLatin1Char('|'));
+    }
+    return rows;
+}
+
+} // namespace
+
+void TestPhotoDatabase::statisticIndexesChangeNoResultAndGoWithClear()
+{
+    QSqlQuery insert(db);
+    QVERIFY(insert.prepare(PhotoDatabase::insertStatement));
+    const QStringList makers { "Sony", "Canon", "Nikon", "Canon", "Apple", "Sony", "Canon" };
+    for (int i = 0; i < makers.size(); ++i) {
+        bindRow(insert, QStringLiteral("IMG_%1.JPG").arg(i));
+        insert.bindValue(":maker", makers[i]);
+        insert.bindValue(":model", makers[i] + QStringLiteral(" M%1").arg(i % 2));
+        insert.bindValue(":focallength", 10.0 * (i % 3) + 24.5);
+        insert.bindValue(":date", QStringLiteral("2023:0%1:1%2 10:00:00").arg(1 + i % 3).arg(i));
+        QVERIFY(insert.exec());
+    }
+    const QStringList statistics {
+        "SELECT Distinct Maker, count(maker) FROM Dateien group by maker",
+        "SELECT Distinct Model, count(Model) FROM Dateien group by Maker, Model",
+        "SELECT Distinct FocalLength, count(FocalLength) FROM Dateien group by FocalLength",
+        "SELECT distinct exptime, exptimestring, count(exptime) FROM Dateien GROUP by exptime "
+        "ORDER BY exptime desc",
+        "SELECT substr(Date, 1, 10), count(*) FROM Dateien GROUP BY 1",
+    };
+    QList<QStringList> without;
+    for (const QString &statement : statistics)
+        without << statisticRows(db, statement);
+
+    QVERIFY(statisticIndexNames(db).isEmpty());
+    PhotoDatabase::createStatisticIndexes(db);
+    QCOMPARE(statisticIndexNames(db).size(), PhotoDatabase::statisticIndexStatements.size());
+    for (int i = 0; i < statistics.size(); ++i)
+        QCOMPARE(statisticRows(db, statistics[i]), without[i]);
+
+    // The grouping reads the index instead of sorting the table.
+    QSqlQuery plan(db);
+    QVERIFY(plan.exec(QStringLiteral("EXPLAIN QUERY PLAN ") + statistics[0]));
+    QStringList steps;
+    while (plan.next())
+        steps << plan.value(3).toString();
+    QVERIFY2(steps.join(' ').contains("StatMakerModel"), qPrintable(steps.join(" / ")));
+
+    PhotoDatabase::clear(db);
+    QVERIFY(statisticIndexNames(db).isEmpty());
+    QCOMPARE(scantest::rowCount(db), 0);
 }
 
 void TestPhotoDatabase::connectionOfAnotherThreadSeesTheRows()

@@ -17,6 +17,7 @@ private slots:
     void mainConnectionCreatesTheTableAsWritten();
     void addedConnectionIsNotOpenedAndReachesTheSameDatabase();
     void clearEmptiesTheTableAndIdsContinue();
+    void statisticIndexesChangeNoResultAndGoWithClear();
     void connectionOfAnotherThreadSeesTheRows();
     void openSelectAndInsert_data();
     void openSelectAndInsert();
