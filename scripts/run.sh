@@ -5,6 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 bash scripts/install-deps.sh
+export CCACHE_BASEDIR="$PWD"
 cmake --preset release
 cmake --build --preset release -j "$(nproc)"
 

@@ -9,6 +9,9 @@ bash scripts/install-deps.sh
 bash scripts/check-format.sh
 
 jobs=$(nproc)
+# Compiler results are cached by path relative to the checkout, so that another clone (CI's)
+# reuses them.
+export CCACHE_BASEDIR="$PWD"
 cmake --preset ci
 cmake --build --preset ci -j "$jobs"
 ctest --preset ci -j "$jobs"
