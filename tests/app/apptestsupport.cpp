@@ -130,8 +130,11 @@ bool selectDirectories(MainWindow &window, const QStringList &directories)
 
 bool waitForScanEnd(MainWindow &window, int timeoutMs)
 {
+    // The thread deletes itself only after the window has handled the scan's end.
     MainWindowProbe probe(window);
-    return QTest::qWaitFor([&] { return probe.status().startsWith("Valid files: "); }, timeoutMs);
+    return QTest::qWaitFor(
+        [&] { return !probe.workerThread() && probe.status().startsWith("Valid files: "); },
+        timeoutMs);
 }
 
 ScanWatcher::ScanWatcher()

@@ -244,22 +244,27 @@ void TestScanControl::deselectingDuringAScanStopsIt()
 void TestScanControl::progressIsShownEveryFiftyFiles()
 {
     const QString many = sandbox->makeDir("many");
-    QVERIFY(writePhotos(many, 120, fixture::typicalTags()));
+    QVERIFY(writePhotos(many, 150, fixture::typicalTags()));
     startOn(sandbox->filePath("none"));
     MainWindowProbe probe(*window);
 
-    // The window's own slot runs first; this one, connected later, sees what it showed.
-    QStringList shown;
+    // Connected before the window's own slot, this one sees at every report what the window
+    // showed after the previous one.
+    QList<int> counts;
+    QStringList shownBefore;
     ScanWatcher scans;
     scans.onScanStart = [&](TMyWorkerObject *worker) {
-        connect(worker, &TMyWorkerObject::operationUpdate, window.get(),
-                [&](int) { shown << probe.status(); });
+        connect(worker, &TMyWorkerObject::operationUpdate, window.get(), [&](int count) {
+            counts << count;
+            shownBefore << probe.status();
+        });
     };
     QVERIFY(selectDirectories(*window, { many }));
     QVERIFY(waitForScanEnd(*window));
     QCOMPARE(scans.scansStarted(), 1);
-    QCOMPARE(shown, (QStringList { "Scanned files... 50", "Scanned files... 100" }));
-    QCOMPARE(probe.status(), QString("Valid files: 120"));
+    QCOMPARE(counts, (QList<int> { 50, 100, 150 }));
+    QCOMPARE(shownBefore, (QStringList { "", "Scanned files... 50", "Scanned files... 100" }));
+    QCOMPARE(probe.status(), QString("Valid files: 150"));
 }
 
 void TestScanControl::secondScanContinuesTheIds()

@@ -1,0 +1,203 @@
+#include "mainwindow.h"
+#include "ui_mainwindow.h"
+
+#include "tdialogabout.h"
+
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QFileSystemModel>
+#include <QLabel>
+#include <QMessageBox>
+#include <QSortFilterProxyModel>
+#include <QStatusBar>
+#include <QThread>
+
+MainWindow::MainWindow(QWidget *parent)
+    : MainWindow(QStringList(), parent)
+{ }
+
+MainWindow::MainWindow(const QStringList &startDirectories, QWidget *parent)
+    : QMainWindow(parent)
+    , ui(new Ui::MainWindow)
+    , startDirectories(startDirectories)
+{
+    ui->setupUi(this);
+    createMoreUI();
+    createStatusBar();
+    readSettings();
+    prepareTreeModel();
+    prepareTreeView();
+    createDBAndTable();
+    prepareTableModel();
+    prepareTableViewRawData();
+    setupConnections();
+    if (checkForUpdatesOnStart)
+        checkForUpdates();
+    ui->tabWidget->setCurrentIndex(lastTab);
+    // The tree has the remembered (or the given) directories selected: this starts the first scan.
+    onDirectorySelectionChanged();
+}
+
+MainWindow::~MainWindow()
+{
+    // A thread that is destroyed while it runs takes the whole process down; the window is the
+    // thread's parent, so a scan still running when the window goes is stopped first.
+    if (workerThread && workerThread->isRunning())
+        stopWorkerThread();
+    delete ui;
+    // The proxy has no parent; the tree view lets go of it when it is destroyed.
+    delete proxyModel;
+}
+
+void MainWindow::createMoreUI()
+{
+    setWindowTitle(QCoreApplication::applicationName() + " Version "
+                   + QCoreApplication::applicationVersion());
+
+    auto *themeLabel = new QLabel(tr("Date-Chart Theme:"), ui->toolBar);
+    comboBoxThemeDate = new QComboBox(ui->toolBar);
+    ui->toolBar->insertWidget(ui->actionGlobalSettings, themeLabel);
+    ui->toolBar->insertWidget(ui->actionGlobalSettings, comboBoxThemeDate);
+    ui->toolBar->insertSeparator(ui->actionGlobalSettings);
+
+    // The user data is the number of QtDataVisualization's built-in theme (Q3DTheme::Theme).
+    const QList<QString> themes { "Qt",        "Primary Colors", "Digia", "Stone Moss",
+                                  "Army Blue", "Retro",          "Ebony", "Isabelle" };
+    for (int theme = 0; theme < themes.size(); ++theme)
+        comboBoxThemeDate->addItem(themes.at(theme), theme);
+
+    // The window opens the chart settings dialog from the statistic charts' context menu.
+    for (QChartView *view : statisticChartViews())
+        view->installEventFilter(this);
+}
+
+void MainWindow::createStatusBar()
+{
+    labelStatus = new QLabel("  ");
+    labelStatus->setAlignment(Qt::AlignLeft);
+    ui->statusbar->addWidget(labelStatus, 0);
+}
+
+void MainWindow::prepareTreeModel()
+{
+    fileSystemModel = new QFileSystemModel(this);
+    fileSystemModel->setFilter(QDir::AllDirs | QDir::NoDotAndDotDot);
+    // Where macOS mounts its volumes; elsewhere the tree simply starts at the top.
+    fileSystemModel->setRootPath("/Volumes");
+    fileSystemModel->setReadOnly(false);
+    proxyModel = new QSortFilterProxyModel();
+    proxyModel->setSourceModel(fileSystemModel);
+}
+
+void MainWindow::prepareTreeView()
+{
+    QTreeView *tree = ui->treeViewDir;
+    tree->setModel(proxyModel);
+    tree->setSortingEnabled(true);
+    tree->sortByColumn(0, Qt::AscendingOrder);
+    tree->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    tree->setSelectionBehavior(QAbstractItemView::SelectRows);
+    if (startDirectories.isEmpty()) {
+        const QModelIndex index = proxyModel->mapFromSource(fileSystemModel->index(lastDirectory));
+        tree->setCurrentIndex(index);
+        tree->expand(index);
+        tree->scrollTo(index, QAbstractItemView::PositionAtCenter);
+    } else {
+        selectStartDirectories();
+    }
+    tree->setAlternatingRowColors(true);
+    for (int column = 1; column <= 3; ++column)
+        tree->hideColumn(column);
+}
+
+void MainWindow::selectStartDirectories()
+{
+    QTreeView *tree = ui->treeViewDir;
+    bool first = true;
+    for (const QString &directory : std::as_const(startDirectories)) {
+        const QModelIndex index = proxyModel->mapFromSource(fileSystemModel->index(directory));
+        if (!index.isValid())
+            continue;
+        if (first) {
+            tree->setCurrentIndex(index);
+            tree->scrollTo(index, QAbstractItemView::PositionAtCenter);
+            first = false;
+        } else {
+            tree->selectionModel()->select(index,
+                                           QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        }
+        tree->expand(index);
+    }
+
+    // Directories named on the command line are meant to be scanned: with every file type off
+    // the scan would find nothing, so this run looks at all of them.
+    if (fileFilters.isEmpty()) {
+        for (const auto &[action, pattern] : fileTypeActions()) {
+            action->setChecked(true);
+            fileFilters.append(pattern);
+        }
+    }
+}
+
+void MainWindow::setupConnections()
+{
+    connect(ui->treeViewDir->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &MainWindow::onDirectorySelectionChanged);
+    connect(comboBoxThemeDate, &QComboBox::currentIndexChanged, this,
+            &MainWindow::onCurrentThemeDateChanged);
+    connect(ui->tabWidget, &QTabWidget::currentChanged, this,
+            &MainWindow::onCurrentTabWidgetChanged);
+}
+
+QList<QPair<QAction *, QString>> MainWindow::fileTypeActions() const
+{
+    return { { ui->actionSony_arw, "*.arw" },   { ui->actionCanon_cr2, "*.cr2" },
+             { ui->actionCanon_cr3, "*.cr3" },  { ui->action_dng, "*.dng" },
+             { ui->action_jpg, "*.jpg" },       { ui->actionNikon_nef, "*.nef" },
+             { ui->actionFuji_raf, "*.raf" },   { ui->actionPanasonic_rw2, "*.rw2" },
+             { ui->actionOlympus_orf, "*.orf" } };
+}
+
+// In the order of the tabs 0 to 10.
+QList<QChartView *> MainWindow::statisticChartViews() const
+{
+    return { ui->chartViewMaker,        ui->chartViewModel,        ui->chartViewLens,
+             ui->chartViewFocalLength,  ui->chartViewFocalLengthG, ui->chartViewISO,
+             ui->chartViewISOG,         ui->chartViewFNumber,      ui->chartViewExposureTime,
+             ui->chartViewMeteringMode, ui->chartViewExposureMode };
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    const bool quit = userReallyWantsToQuit();
+    if (quit)
+        saveSettings();
+    event->setAccepted(quit);
+}
+
+bool MainWindow::userReallyWantsToQuit()
+{
+    QMessageBox question;
+    question.setIcon(QMessageBox::Question);
+    question.setText(tr("Do you really want to quit the application?"));
+    question.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
+    question.setDefaultButton(QMessageBox::Cancel);
+    return question.exec() == QMessageBox::Ok;
+}
+
+void MainWindow::on_actionQuit_triggered()
+{
+    close();
+}
+
+void MainWindow::on_actionAbout_Kelvaro_triggered()
+{
+    TDialogAbout about(nullptr);
+    about.exec();
+}
+
+void MainWindow::on_actionAbout_Qt_triggered()
+{
+    QMessageBox::aboutQt(this, tr("About Qt"));
+}

@@ -1,0 +1,179 @@
+#pragma once
+
+#include "tchartsettings.h"
+
+#include <QItemSelection>
+#include <QList>
+#include <QMainWindow>
+#include <QPointer>
+#include <QSqlDatabase>
+#include <QString>
+#include <QStringList>
+#include <QThread>
+
+class ChartController;
+class ChartDate3D;
+class QAction;
+class QChartView;
+class QCloseEvent;
+class QComboBox;
+class QContextMenuEvent;
+class QFileSystemModel;
+class QLabel;
+class QSortFilterProxyModel;
+class QSplitter;
+class QSqlTableModel;
+class TMyWorkerObject;
+class TObjectFileDownloader;
+
+namespace Ui {
+class MainWindow;
+}
+
+// The one window of the program: the directory tree in the dock, the file-type switches in the
+// tool bar, one tab per statistic and the raw rows of the photo table. Selecting directories
+// starts a scan on a worker thread; when it ends every chart is rebuilt from the table.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit MainWindow(QWidget *parent = nullptr);
+    // Directories given on the command line are selected in the tree instead of the remembered
+    // one, so the first scan covers them.
+    explicit MainWindow(const QStringList &startDirectories, QWidget *parent = nullptr);
+    ~MainWindow() override;
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+    // The file dialog of the export; a test answers it without a person.
+    virtual QString askExportFileName();
+
+private slots:
+    void onDirectorySelectionChanged(const QItemSelection &selected = {},
+                                     const QItemSelection &deselected = {});
+    void refreshData();
+    void fileFilterTriggered();
+    void on_actionCanon_cr2_triggered();
+    void on_actionCanon_cr3_triggered();
+    void on_actionFuji_raf_triggered();
+    void on_actionNikon_nef_triggered();
+    void on_actionOlympus_orf_triggered();
+    void on_actionPanasonic_rw2_triggered();
+    void on_actionSony_arw_triggered();
+    void on_action_jpg_triggered();
+    void on_action_dng_triggered();
+    void on_actionIncludeSubDirs_triggered();
+    void onWorkerOperationUpdate(int count);
+    void onWorkerOperationDone();
+    void onCurrentTabWidgetChanged(int index);
+    void onCurrentThemeDateChanged(int index);
+
+    void on_actionQuit_triggered();
+    void on_actionCopyChartToClipboard_triggered();
+    void on_actionExportData_triggered();
+    void on_actionGlobalSettings_triggered();
+    void on_actionAbout_Kelvaro_triggered();
+    void on_actionAbout_Qt_triggered();
+    void checkUpdateData();
+
+private:
+    friend class MainWindowProbe;
+
+    bool userReallyWantsToQuit();
+    // The short self-closing confirmation after a copy or an export.
+    void showNachricht(const QString &text);
+
+    void createMoreUI();
+    void createStatusBar();
+    void readSettings();
+    void saveSettings();
+    void prepareTreeModel();
+    void prepareTreeView();
+    void selectStartDirectories();
+    bool createDBAndTable();
+    void prepareTableModel();
+    void prepareTableViewRawData();
+    void clearTable();
+    void setupConnections();
+    void checkForUpdates();
+
+    void doWorkerOperation();
+    void stopWorkerThread();
+    void updateCharts();
+    void verarbeiteKontextMenu(QObject *watched, QContextMenuEvent *event);
+
+    // The file-type switches with their patterns, in the order fileFilters is rebuilt in.
+    QList<QPair<QAction *, QString>> fileTypeActions() const;
+    QList<QChartView *> statisticChartViews() const;
+    QList<QSplitter *> statisticSplitters() const;
+
+    // One statistic chart's place in the settings store.
+    struct StoredChart
+    {
+        const char *prefix;
+        const char *defaultTitle;
+        TChartSettings *record;
+    };
+    QList<StoredChart> storedCharts();
+
+    Ui::MainWindow *ui;
+    QComboBox *comboBoxThemeDate = nullptr;
+    QLabel *labelStatus = nullptr;
+    QFileSystemModel *fileSystemModel = nullptr;
+    QSortFilterProxyModel *proxyModel = nullptr;
+    QSqlDatabase db;
+    QSqlTableModel *tableModel = nullptr;
+    // Goes null when the thread has deleted itself after its scan.
+    QPointer<QThread> workerThread;
+    TMyWorkerObject *worker = nullptr;
+    QString lastDirectory;
+    bool includeSubDirs = false;
+    QList<QString> fileFilters {
+        "*.arw", "*.raf", "*.nef", "*.cr2", "*.cr3", "*.rw2", "*.jpg", "*.dng"
+    }; // "*.orf" is not on by default
+    QList<QString> selectedDirectories;
+    bool workerRunning = false;
+    int lastTab = 0;
+    bool checkForUpdatesOnStart = false;
+    QList<QString> makerExcludes;
+    QList<QString> modelExcludes;
+    QList<QString> focalLengthGroups;
+    QList<QString> isoGroups;
+    int chartDateTheme = 0;
+
+    ChartController *chartControllerMaker = nullptr;
+    TChartSettings chartSettingsMaker;
+    ChartController *chartControllerModel = nullptr;
+    TChartSettings chartSettingsModel;
+    ChartController *chartControllerLens = nullptr;
+    TChartSettings chartSettingsLens;
+    ChartController *chartControllerFocLen = nullptr;
+    TChartSettings chartSettingsFocLen;
+    ChartController *chartControllerFocLenG = nullptr;
+    TChartSettings chartSettingsFocLenG;
+    ChartController *chartControllerISO = nullptr;
+    TChartSettings chartSettingsISO;
+    ChartController *chartControllerISOG = nullptr;
+    TChartSettings chartSettingsISOG;
+    ChartController *chartControllerFNum = nullptr;
+    TChartSettings chartSettingsFNum;
+    ChartController *chartControllerExpTime = nullptr;
+    TChartSettings chartSettingsExpTime;
+    ChartController *chartControllerExpMode = nullptr;
+    TChartSettings chartSettingsExpMode;
+    ChartController *chartControllerMetMode = nullptr;
+    TChartSettings chartSettingsMetMode;
+
+    // Written to the store as "chartTheme"; nothing changes it.
+    int chartTheme = 2;
+    ChartDate3D *chartDate3D = nullptr;
+    float camXRotation = 30.0f;
+    float camYRotation = 30.0f;
+    float camZoom = 100.0f;
+
+    TObjectFileDownloader *fileDownloader = nullptr;
+    QStringList startDirectories;
+};

@@ -1,0 +1,191 @@
+// The user's commands on what a scan produced (chart settings from the context menu, clipboard
+// copy, CSV export), the global settings and the update check.
+#include "mainwindow.h"
+#include "ui_mainwindow.h"
+
+#include "chartcontroller.h"
+#include "chartdate3d.h"
+#include "dialogchartsettings.h"
+#include "tdialogglobalsettings.h"
+#include "tdialognachricht.h"
+#include "tobjectfiledownloader.h"
+#include "updateoffer.h"
+#include "updatesite.h"
+
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QFile>
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QProgressBar>
+#include <QSqlTableModel>
+#include <QTextStream>
+
+namespace {
+
+// How long the confirmations of the copy and the export stay up.
+constexpr int nachrichtMsec = 2000;
+
+} // namespace
+
+bool MainWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::ContextMenu) {
+        verarbeiteKontextMenu(watched, static_cast<QContextMenuEvent *>(event));
+        return true;
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void MainWindow::verarbeiteKontextMenu(QObject *watched, QContextMenuEvent *event)
+{
+    auto *widget = qobject_cast<QWidget *>(watched);
+    const QPoint globalPosition = widget ? widget->mapToGlobal(event->pos()) : event->globalPos();
+
+    QMenu menu(this);
+    menu.addAction(tr("Chart Settings..."));
+    if (!menu.exec(globalPosition))
+        return;
+
+    DialogChartSettings dialog;
+    const struct
+    {
+        QChartView *view;
+        const char *title;
+        TChartSettings *settings;
+        ChartController *controller;
+    } charts[] = {
+        { ui->chartViewMaker, "Settings for 'Maker' Chart", &chartSettingsMaker,
+          chartControllerMaker },
+        { ui->chartViewModel, "Settings for 'Model' Chart", &chartSettingsModel,
+          chartControllerModel },
+        { ui->chartViewLens, "Settings for 'Lens' Chart", &chartSettingsLens, chartControllerLens },
+        { ui->chartViewFocalLength, "Settings for 'Focal Length' Chart", &chartSettingsFocLen,
+          chartControllerFocLen },
+        { ui->chartViewFocalLengthG, "Settings for 'Focal Length Grouped' Chart",
+          &chartSettingsFocLenG, chartControllerFocLenG },
+        { ui->chartViewISO, "Settings for 'ISO' Chart", &chartSettingsISO, chartControllerISO },
+        { ui->chartViewISOG, "Settings for 'ISO Grouped' Chart", &chartSettingsISOG,
+          chartControllerISOG },
+        { ui->chartViewFNumber, "Settings for 'F-Number' Chart", &chartSettingsFNum,
+          chartControllerFNum },
+        { ui->chartViewExposureTime, "Settings for 'Exposure Time' Chart", &chartSettingsExpTime,
+          chartControllerExpTime },
+        { ui->chartViewMeteringMode, "Settings for 'Metering Mode' Chart", &chartSettingsMetMode,
+          chartControllerMetMode },
+        { ui->chartViewExposureMode, "Settings for 'Exposure Mode' Chart", &chartSettingsExpMode,
+          chartControllerExpMode },
+    };
+    for (const auto &chart : charts) {
+        if (chart.view != watched)
+            continue;
+        dialog.setWindowTitle(tr(chart.title));
+        dialog.setData(*chart.settings);
+        if (dialog.exec() == QDialog::Accepted) {
+            *chart.settings = dialog.data();
+            // Before the first scan has ended there is no controller yet; the record is kept
+            // and the first refresh draws with it.
+            if (chart.controller) {
+                chart.controller->setChartSettings(*chart.settings);
+                chart.controller->refreshChart();
+            }
+        }
+        return;
+    }
+}
+
+void MainWindow::on_actionCopyChartToClipboard_triggered()
+{
+    QImage image;
+    const QList<QChartView *> chartViews = statisticChartViews();
+    if (lastTab >= 0 && lastTab < chartViews.size())
+        image = chartViews.at(lastTab)->grab().toImage();
+    else if (lastTab == 11 && chartDate3D)
+        // The 3-D graph is an OpenGL window: only its own rendering shows what it draws.
+        image = chartDate3D->renderToImage(6);
+    QGuiApplication::clipboard()->setImage(image, QClipboard::Clipboard);
+    showNachricht(tr("ChartImage copied to the clipboard"));
+}
+
+void MainWindow::on_actionExportData_triggered()
+{
+    // A view sorted by the user has been selected again and holds only the first rows.
+    while (tableModel->canFetchMore())
+        tableModel->fetchMore();
+    if (tableModel->rowCount() == 0)
+        return;
+    const QString fileName = askExportFileName();
+    if (fileName.isEmpty())
+        return;
+    // Not in text mode: every line ends with a line feed, on every system.
+    QFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return;
+
+    auto *progress = new QProgressBar(ui->statusbar);
+    progress->setMinimum(0);
+    progress->setMaximum(tableModel->rowCount());
+    ui->statusbar->addPermanentWidget(progress, 0);
+
+    QTextStream out(&file);
+    const int columns = tableModel->columnCount();
+    for (int row = 0; row < tableModel->rowCount(); ++row) {
+        progress->setValue(row);
+        QList<QString> fields;
+        fields.reserve(columns);
+        for (int column = 0; column < columns; ++column)
+            fields.append(tableModel->data(tableModel->index(row, column)).toString());
+        // No quoting: a ";" inside a value is written as it is.
+        out << fields.join(';') << '\n';
+    }
+    out.flush();
+    file.close();
+    ui->statusbar->removeWidget(progress);
+
+    showNachricht(tr("Data table saved as .csv file"));
+}
+
+QString MainWindow::askExportFileName()
+{
+    return QFileDialog::getSaveFileName(this, tr("Export Data Table as .csv"), "",
+                                        tr("CSV-Datei (*.csv)"));
+}
+
+void MainWindow::showNachricht(const QString &text)
+{
+    TDialogNachricht nachricht(text, nachrichtMsec, this);
+    nachricht.exec();
+}
+
+void MainWindow::on_actionGlobalSettings_triggered()
+{
+    // Parented to the window and not deleted: it lives on as a hidden child.
+    auto *dialog = new TDialogGlobalSettings(this);
+    dialog->setMakerExcludes(makerExcludes);
+    dialog->setModelExcludes(modelExcludes);
+    dialog->setFocalLengthGroups(focalLengthGroups);
+    dialog->setISOGroups(isoGroups);
+    dialog->setCheckForUpdate(checkForUpdatesOnStart);
+    if (dialog->exec() != QDialog::Accepted)
+        return;
+
+    makerExcludes = dialog->makerExcludes();
+    modelExcludes = dialog->modelExcludes();
+    focalLengthGroups = dialog->focalLengthGroups();
+    isoGroups = dialog->isoGroups();
+    checkForUpdatesOnStart = dialog->checkForUpdate();
+    // New exclusions and groups take effect through a new scan, even when nothing changed.
+    onDirectorySelectionChanged();
+}
+
+void MainWindow::checkForUpdates()
+{
+    fileDownloader = new TObjectFileDownloader(UpdateSite::versionFileUrl(), this);
+    connect(fileDownloader, SIGNAL(downloaded()), this, SLOT(checkUpdateData()));
+}
+
+void MainWindow::checkUpdateData()
+{
+    UpdateOffer::offerDownload(fileDownloader->downloadedData());
+}

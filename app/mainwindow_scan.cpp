@@ -1,0 +1,251 @@
+// Scan control: a change of the directory selection, of the file types or of the subdirectory
+// switch starts a new scan on a fresh worker thread; its end reloads the raw rows and rebuilds
+// every chart.
+#include "mainwindow.h"
+#include "ui_mainwindow.h"
+
+#include "chartcontrollerexpmode.h"
+#include "chartcontrollerexptime.h"
+#include "chartcontrollerfnum.h"
+#include "chartcontrollerfoclen.h"
+#include "chartcontrollerfocleng.h"
+#include "chartcontrolleriso.h"
+#include "chartcontrollerisog.h"
+#include "chartcontrollerlens.h"
+#include "chartcontrollermaker.h"
+#include "chartcontrollermetmode.h"
+#include "chartcontrollermodel.h"
+#include "chartdate3d.h"
+#include "tmyworkerobject.h"
+
+#include <algorithm>
+
+#include <QComboBox>
+#include <QFileSystemModel>
+#include <QLabel>
+#include <QSortFilterProxyModel>
+#include <QSqlTableModel>
+
+namespace {
+
+// The same directories, in whatever order the selection model lists them.
+bool sameDirectories(QList<QString> a, QList<QString> b)
+{
+    std::sort(a.begin(), a.end());
+    std::sort(b.begin(), b.end());
+    return a == b;
+}
+
+} // namespace
+
+void MainWindow::onDirectorySelectionChanged(const QItemSelection &, const QItemSelection &)
+{
+    QList<QString> directories;
+    const QModelIndexList selection = ui->treeViewDir->selectionModel()->selectedIndexes();
+    for (const QModelIndex &index : selection) {
+        // A selected row gives one index per column, the hidden ones included.
+        const QModelIndex sourceIndex = proxyModel->mapToSource(index);
+        if (sourceIndex.column() == 0)
+            directories.append(fileSystemModel->fileInfo(sourceIndex).absoluteFilePath());
+    }
+    // While the file system model fills in a directory, the sorting proxy can announce the
+    // selection again unchanged; only a real change of the tree's selection starts a scan.
+    // Direct calls always rescan.
+    const bool fromTree = sender() == ui->treeViewDir->selectionModel();
+    if (fromTree && sameDirectories(directories, selectedDirectories))
+        return;
+
+    // The late operationDone() of a scan stopped earlier clears workerRunning while the next scan
+    // still runs; the thread itself tells whether there is one to stop, so that two scans never
+    // run at once.
+    if (workerThread && (workerRunning || workerThread->isRunning()))
+        stopWorkerThread();
+    labelStatus->setText(QString());
+
+    selectedDirectories = directories;
+    if (selectedDirectories.isEmpty())
+        return;
+
+    lastDirectory = selectedDirectories.first();
+    clearTable();
+    workerRunning = true;
+    doWorkerOperation();
+}
+
+void MainWindow::refreshData()
+{
+    onDirectorySelectionChanged();
+}
+
+void MainWindow::fileFilterTriggered()
+{
+    fileFilters.clear();
+    for (const auto &[action, pattern] : fileTypeActions()) {
+        if (action->isChecked())
+            fileFilters.append(pattern);
+    }
+    onDirectorySelectionChanged();
+}
+
+void MainWindow::on_actionCanon_cr2_triggered()
+{
+    fileFilterTriggered();
+}
+
+void MainWindow::on_actionCanon_cr3_triggered()
+{
+    fileFilterTriggered();
+}
+
+void MainWindow::on_actionFuji_raf_triggered()
+{
+    fileFilterTriggered();
+}
+
+void MainWindow::on_actionNikon_nef_triggered()
+{
+    fileFilterTriggered();
+}
+
+void MainWindow::on_actionOlympus_orf_triggered()
+{
+    fileFilterTriggered();
+}
+
+void MainWindow::on_actionPanasonic_rw2_triggered()
+{
+    fileFilterTriggered();
+}
+
+void MainWindow::on_actionSony_arw_triggered()
+{
+    fileFilterTriggered();
+}
+
+void MainWindow::on_action_jpg_triggered()
+{
+    fileFilterTriggered();
+}
+
+void MainWindow::on_action_dng_triggered()
+{
+    fileFilterTriggered();
+}
+
+void MainWindow::on_actionIncludeSubDirs_triggered()
+{
+    includeSubDirs = ui->actionIncludeSubDirs->isChecked();
+    onDirectorySelectionChanged();
+}
+
+void MainWindow::doWorkerOperation()
+{
+    worker = new TMyWorkerObject(selectedDirectories, fileFilters, includeSubDirs, makerExcludes,
+                                 modelExcludes);
+    workerThread = new QThread(this);
+    worker->moveToThread(workerThread);
+
+    // Thread and worker delete themselves once the worker is done and the thread has ended.
+    connect(workerThread, &QThread::started, worker, &TMyWorkerObject::doOperation);
+    connect(worker, &TMyWorkerObject::operationDone, workerThread, &QThread::quit);
+    connect(workerThread, &QThread::finished, workerThread, &QObject::deleteLater);
+    connect(workerThread, &QThread::finished, worker, &QObject::deleteLater);
+    connect(worker, &TMyWorkerObject::operationDone, this, &MainWindow::onWorkerOperationDone);
+    connect(worker, &TMyWorkerObject::operationUpdate, this, &MainWindow::onWorkerOperationUpdate);
+
+    workerThread->start(QThread::InheritPriority);
+}
+
+// The worker looks at the request at every 50th file; the wait has no time limit.
+void MainWindow::stopWorkerThread()
+{
+    if (!workerThread)
+        return;
+    workerThread->requestInterruption();
+    workerThread->exit(0);
+    workerThread->wait();
+}
+
+void MainWindow::onWorkerOperationUpdate(int count)
+{
+    labelStatus->setText("Scanned files... " + QString::number(count));
+}
+
+void MainWindow::onWorkerOperationDone()
+{
+    tableModel->select();
+    while (tableModel->canFetchMore())
+        tableModel->fetchMore();
+    labelStatus->setText("Valid files: " + QString::number(tableModel->rowCount()));
+    workerRunning = false;
+    updateCharts();
+}
+
+void MainWindow::updateCharts()
+{
+    for (ChartController **controller : { &chartControllerMaker, &chartControllerModel,
+                                          &chartControllerLens, &chartControllerFocLen }) {
+        delete *controller;
+        *controller = nullptr;
+    }
+    // The grouped focal-length controller is let go without being destroyed: it stays a child of
+    // the window until the window goes. Kept so.
+    chartControllerFocLenG = nullptr;
+    for (ChartController **controller :
+         { &chartControllerISO, &chartControllerISOG, &chartControllerFNum, &chartControllerExpTime,
+           &chartControllerMetMode, &chartControllerExpMode }) {
+        delete *controller;
+        *controller = nullptr;
+    }
+
+    // The camera survives the refresh.
+    if (chartDate3D) {
+        camXRotation = chartDate3D->cameraXRotation();
+        camYRotation = chartDate3D->cameraYRotation();
+        camZoom = chartDate3D->cameraZoomFactor();
+        delete chartDate3D;
+        chartDate3D = nullptr;
+    }
+
+    // Each controller runs its statistic on the main connection as it is made.
+    chartControllerMaker = new ChartControllerMaker(db, ui->chartViewMaker, ui->tableViewMaker,
+                                                    chartSettingsMaker, this);
+    chartControllerModel = new ChartControllerModel(db, ui->chartViewModel, ui->tableViewModel,
+                                                    chartSettingsModel, this);
+    chartControllerLens =
+        new ChartControllerLens(db, ui->chartViewLens, ui->tableViewLens, chartSettingsLens, this);
+    chartControllerFocLen = new ChartControllerFocLen(
+        db, ui->chartViewFocalLength, ui->tableViewFocalLength, chartSettingsFocLen, this);
+    chartControllerFocLenG =
+        new ChartControllerFocLenG(db, ui->chartViewFocalLengthG, ui->tableViewFocalLengthG,
+                                   chartSettingsFocLenG, focalLengthGroups, this);
+    chartControllerISO =
+        new ChartControllerISO(db, ui->chartViewISO, ui->tableViewISO, chartSettingsISO, this);
+    chartControllerISOG = new ChartControllerISOG(db, ui->chartViewISOG, ui->tableViewISOG,
+                                                  chartSettingsISOG, isoGroups, this);
+    chartControllerFNum = new ChartControllerFNum(db, ui->chartViewFNumber, ui->tableViewFNumber,
+                                                  chartSettingsFNum, this);
+    chartControllerExpTime = new ChartControllerExpTime(
+        db, ui->chartViewExposureTime, ui->tableViewExposureTime, chartSettingsExpTime, this);
+    chartControllerMetMode = new ChartControllerMetMode(
+        db, ui->chartViewMeteringMode, ui->tableViewMeteringMode, chartSettingsMetMode, this);
+    chartControllerExpMode = new ChartControllerExpMode(
+        db, ui->chartViewExposureMode, ui->tableViewExposureMode, chartSettingsExpMode, this);
+
+    chartDate3D =
+        new ChartDate3D(db, ui->layoutDateOriginal, static_cast<Q3DTheme::Theme>(chartDateTheme),
+                        camXRotation, camYRotation, camZoom, this);
+}
+
+void MainWindow::onCurrentTabWidgetChanged(int index)
+{
+    comboBoxThemeDate->setEnabled(index == 11);
+    lastTab = index;
+}
+
+// Every chart is rebuilt, not only the date chart.
+void MainWindow::onCurrentThemeDateChanged(int index)
+{
+    chartDateTheme = comboBoxThemeDate->itemData(index).toInt();
+    updateCharts();
+}

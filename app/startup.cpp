@@ -1,0 +1,64 @@
+#include "startup.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QFile>
+#include <QFileInfo>
+#include <QPixmap>
+#include <QSplashScreen>
+#include <QTextStream>
+#include <QTimer>
+
+namespace Startup {
+
+QStringList startDirectories(const QStringList &arguments, QTextStream &errors)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QCoreApplication::translate("Startup", "Statistics of the shooting data of photos."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addPositionalArgument(
+        "directories",
+        QCoreApplication::translate("Startup", "Directories to scan instead of the last one."),
+        "[DIRECTORY...]");
+    parser.process(arguments);
+
+    QStringList directories;
+    for (const QString &argument : parser.positionalArguments()) {
+        const QFileInfo info(argument);
+        if (info.isDir())
+            directories.append(info.absoluteFilePath());
+        else
+            errors << "Not a directory: " << argument << Qt::endl;
+    }
+    return directories;
+}
+
+QSplashScreen *showSplashScreen()
+{
+    auto *splash =
+        new QSplashScreen(QPixmap(":/ressourcen/SplashScreen.png"), Qt::WindowStaysOnTopHint);
+    splash->setFixedSize(542, 302);
+    splash->show();
+    splash->showMessage("Version " + QCoreApplication::applicationVersion(),
+                        Qt::AlignBottom | Qt::AlignLeft, Qt::lightGray);
+    QTimer::singleShot(3000, splash, &QSplashScreen::close);
+    return splash;
+}
+
+bool applyStyleSheet(QApplication &app, const QString &resourcePath, QTextStream &out)
+{
+    QFile file(resourcePath);
+    if (!file.exists()) {
+        out << "Unable to set stylesheet, file not found" << Qt::endl;
+        return false;
+    }
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return false;
+    QTextStream in(&file);
+    app.setStyleSheet(in.readAll());
+    return true;
+}
+
+} // namespace Startup

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+class QApplication;
+class QSplashScreen;
+class QTextStream;
+
+// What main() does before the window exists, kept apart so that each step can be tested.
+namespace Startup {
+
+// Reads `kelvaro [DIRECTORY...]` and returns the given directories as absolute paths. --help and
+// --version print their text and end the program. Arguments that are not directories are left
+// out with a note on `errors`.
+QStringList startDirectories(const QStringList &arguments, QTextStream &errors);
+
+// The splash screen with the version message; it closes itself after three seconds and is never
+// deleted by the program.
+QSplashScreen *showSplashScreen();
+
+// Makes the sheet at `resourcePath` the application's style sheet. Without it the program runs
+// unstyled and says so once on `out`.
+bool applyStyleSheet(QApplication &app, const QString &resourcePath, QTextStream &out);
+
+} // namespace Startup
