@@ -14,6 +14,7 @@ if [ $# -eq 0 ]; then
     if [ ! -d "$library" ]; then
         ./build/release/tools/kelvaro-make-samples "$library"
     fi
-    set -- "$library"
+    # One directory per year: all of them are selected, so the first scan covers the library.
+    set -- "$library"/*/
 fi
 exec ./build/release/app/kelvaro "$@"
