@@ -35,15 +35,16 @@ TChartSettings read(QSettings &store, const QString &prefix, const QString &defa
         store.value(prefix + "chartBackgroundGradientFrom", QColor()).value<QColor>();
     s.chartBackgroundGradientTo =
         store.value(prefix + "chartBackgroundGradientTo", QColor()).value<QColor>();
-    // No default: an absent or unconvertible orientation gives 0.
+    // No default: an absent or unconvertible orientation gives 0. Read as an int: a stored
+    // number outside Qt::Orientation's values must not be forced into the enum type.
     s.chartBackgroundGradientOrientation =
-        store.value(prefix + "chartBackgroundGradientOrientation").value<Qt::Orientation>();
+        store.value(prefix + "chartBackgroundGradientOrientation").toInt();
     s.chartPlotAreaGradientFrom =
         store.value(prefix + "chartPlotAreaGradientFrom", QColor()).value<QColor>();
     s.chartPlotAreaGradientTo =
         store.value(prefix + "chartPlotAreaGradientTo", QColor()).value<QColor>();
     s.chartPlotAreaGradientOrientation =
-        store.value(prefix + "chartPlotAreaGradientOrientation").value<Qt::Orientation>();
+        store.value(prefix + "chartPlotAreaGradientOrientation").toInt();
     return s;
 }
 
