@@ -12,7 +12,8 @@
 // it; the zero defaults below only keep a fresh record from holding indeterminate values.
 struct TChartSettings
 {
-    int chartTyp = 0; // 0 vertical bars, 1 horizontal bars, 2 pie, 3 donut; anything else draws nothing
+    // 0 vertical bars, 1 horizontal bars, 2 pie, 3 donut; anything else draws nothing
+    int chartTyp = 0;
     bool wantsChartTitle = false;
     QString chartTitleText;
     QFont chartTitleFont;
@@ -26,7 +27,8 @@ struct TChartSettings
     QColor chartBarColor;
     QColor chartBackgroundGradientFrom;
     QColor chartBackgroundGradientTo;
-    int chartBackgroundGradientOrientation = 0; // Qt::Orientation: 2 top to bottom, else left to right
+    // Qt::Orientation: 2 top to bottom, any other value left to right
+    int chartBackgroundGradientOrientation = 0;
     QColor chartPlotAreaGradientFrom;
     QColor chartPlotAreaGradientTo;
     int chartPlotAreaGradientOrientation = 0; // as chartBackgroundGradientOrientation

@@ -2,8 +2,7 @@
 
 TLabelClickable::TLabelClickable(QWidget *parent, Qt::WindowFlags flags)
     : QLabel(parent, flags)
-{
-}
+{ }
 
 void TLabelClickable::mousePressEvent(QMouseEvent *)
 {
