@@ -73,6 +73,7 @@ private slots:
     void subdirectorySwitch();
     void exclusionsAndGroupsReachTheScanAndCharts();
     void themeChangeRebuildsEveryChartAndKeepsTheCamera();
+    void rescansWhileTheThemeChangesLoseNoRow();
     void commandLineDirectoriesAreScanned();
     void commandLineKeepsEnabledFileTypes();
 
@@ -355,6 +356,29 @@ void TestScanControl::themeChangeRebuildsEveryChartAndKeepsTheCamera()
     // The rebuilt charts show the same photos.
     QCOMPARE(statistic(*window, "tableViewMaker"),
              (QMap<QString, int> { { "Canon", 3 }, { "Nikon", 2 } }));
+}
+
+// Every theme change rebuilds all charts on the main connection while a worker may be inserting;
+// rescans stop the running worker at a random point. The last scan's rows must all arrive.
+void TestScanControl::rescansWhileTheThemeChangesLoseNoRow()
+{
+    const QString library = sandbox->makeDir("library");
+    QVERIFY(writePhotos(library, 400, photoTags("Canon", "EOS R5", "RF24-70mm F2.8")));
+    startOn(library);
+    MainWindowProbe probe(*window);
+    QVERIFY(waitForScanEnd(*window));
+
+    for (int round = 0; round < 8; ++round) {
+        QVERIFY(QMetaObject::invokeMethod(window.get(), "refreshData"));
+        for (int change = 0; change < 3; ++change) {
+            probe.themeCombo()->setCurrentIndex((round * 3 + change) % 8);
+            QCoreApplication::processEvents();
+        }
+    }
+    QVERIFY2(waitForScanEnd(*window), qPrintable(probe.status()));
+    QTRY_COMPARE(probe.status(), QString("Valid files: 400"));
+    QCOMPARE(probe.tableModel()->rowCount(), 400);
+    QCOMPARE(statistic(*window, "tableViewMaker"), (QMap<QString, int> { { "Canon", 400 } }));
 }
 
 void TestScanControl::commandLineDirectoriesAreScanned()
