@@ -3,42 +3,42 @@
 #include "exifreaderlimits.h"
 
 #include <QFile>
-#include <QFileInfo>
 
+#include <cerrno>
 #include <cstring>
 
 #ifdef Q_OS_UNIX
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#else
+#include <QFileInfo>
 #endif
 
 ExifByteReader::ExifByteReader() = default;
 
-ExifByteReader::~ExifByteReader() = default;
+ExifByteReader::~ExifByteReader()
+{
+    close();
+}
 
 bool ExifByteReader::open(const QString &path)
 {
     close();
     fileSize = 0;
-    file = std::make_unique<QFile>();
 #ifdef Q_OS_UNIX
     // One open and one fstat: non-blocking, so that a FIFO can't stall the open, and only regular
     // files (or links to them) are read.
-    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     struct stat info;
-    if (fd < 0 || ::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)
-        || !file->open(fd, QIODevice::ReadOnly | QIODevice::Unbuffered,
-                       QFileDevice::AutoCloseHandle)) {
-        if (fd >= 0)
-            ::close(fd);
-        file.reset();
+    if (fd < 0 || ::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)) {
+        close();
         return false;
     }
     fileSize = info.st_size;
 #else
     // Only regular files (or links to them): opening a FIFO would block until someone writes.
-    file->setFileName(path);
+    file = std::make_unique<QFile>(path);
     if (!QFileInfo(path).isFile() || !file->open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         file.reset();
         return false;
@@ -50,12 +50,44 @@ bool ExifByteReader::open(const QString &path)
 
 void ExifByteReader::close()
 {
+#ifdef Q_OS_UNIX
+    if (fd >= 0)
+        ::close(fd);
+    fd = -1;
+#else
     file.reset();
+#endif
 }
 
 bool ExifByteReader::isOpen() const
 {
+#ifdef Q_OS_UNIX
+    return fd >= 0;
+#else
     return file != nullptr;
+#endif
+}
+
+qint64 ExifByteReader::readAt(qint64 offset, char *out, qint64 count)
+{
+    if (!isOpen())
+        return -1;
+#ifdef Q_OS_UNIX
+    qint64 done = 0;
+    while (done < count) {
+        const ssize_t got = ::pread(fd, out + done, size_t(count - done), off_t(offset + done));
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            return done > 0 ? done : got;
+        done += got;
+    }
+    return done;
+#else
+    if (file->pos() != offset && !file->seek(offset))
+        return -1;
+    return file->read(out, count);
+#endif
 }
 
 bool ExifByteReader::seek(qint64 pos)
@@ -81,12 +113,11 @@ const ExifByteReader::Block *ExifByteReader::blockAt(qint64 pos)
             victim = &block;
     }
     // A block that isn't loaded yet needs the file (still open) and budget left.
-    if (!file || loaded >= exiflimits::maxBytesLoaded
-        || (file->pos() != start && !file->seek(start)))
+    if (!isOpen() || loaded >= exiflimits::maxBytesLoaded)
         return nullptr;
     const qint64 want = qMin(exiflimits::blockSize, fileSize - start);
     victim->data.resize(want);
-    const qint64 got = file->read(victim->data.data(), want);
+    const qint64 got = readAt(start, victim->data.data(), want);
     victim->data.resize(qMax<qint64>(got, 0));
     loaded += want;
     victim->start = start;
@@ -191,4 +222,20 @@ QByteArray ExifByteReader::readZeroTerminated(qint64 pos, int maxLength)
         pos += available;
     }
     return text;
+}
+
+QString ExifByteReader::readLatin1Text(qint64 pos, int maxLength)
+{
+    // Nearly every text ends inside the block it starts in: it is converted straight from there.
+    if (const Block *block = blockAt(pos)) {
+        const qint64 offset = pos - block->start;
+        const char *begin = block->data.constData() + offset;
+        const qint64 available = qMin<qint64>(block->data.size() - offset, maxLength);
+        if (const void *zero = available > 0 ? std::memchr(begin, 0, size_t(available)) : nullptr) {
+            const qsizetype length = static_cast<const char *>(zero) - begin;
+            return length == 0 ? QStringLiteral("") : QString::fromLatin1(begin, length);
+        }
+    }
+    const QByteArray bytes = readZeroTerminated(pos, maxLength);
+    return bytes.isEmpty() ? QStringLiteral("") : QString::fromLatin1(bytes);
 }

@@ -6,7 +6,9 @@
 #include <array>
 #include <memory>
 
+#ifndef Q_OS_UNIX
 class QFile;
+#endif
 
 // Reads 8-, 16- and 32-bit values in a switchable byte order from a file opened read-only,
 // with the observable behaviour of a QDataStream on a QFile: positions past the end of the
@@ -44,6 +46,8 @@ public:
     QByteArray readBytes(qint64 count, qint64 maxKept);
     // Reads single bytes from pos until a zero byte or maxLength bytes; the position is kept.
     QByteArray readZeroTerminated(qint64 pos, int maxLength);
+    // The same bytes as Latin-1 text; never a null QString, also when empty.
+    QString readLatin1Text(qint64 pos, int maxLength);
 
     qint64 bytesLoaded() const { return loaded; }
 
@@ -60,7 +64,14 @@ private:
     void copyOut(qint64 pos, char *out, qint64 count);
     const uchar *inCurrentBlock(qint64 pos, qint64 count) const;
 
+    // Reads up to count bytes at offset from the open file; the number read, or -1.
+    qint64 readAt(qint64 offset, char *out, qint64 count);
+
+#ifdef Q_OS_UNIX
+    int fd = -1; // positioned reads need neither a seek nor a QFile per photo
+#else
     std::unique_ptr<QFile> file;
+#endif
     qint64 fileSize = 0;
     qint64 position = 0;
     qint64 loaded = 0;

@@ -3,8 +3,6 @@
 #include "exifreaderlimits.h"
 #include "exiftagcatalogue.h"
 
-#include <QFileInfo>
-
 #include <algorithm>
 #include <iterator>
 #include <variant>
@@ -12,12 +10,6 @@
 Q_LOGGING_CATEGORY(lcExifEntries, "kelvaro.exif.entries", QtWarningMsg)
 
 namespace {
-
-// A text read from a file is never a null QString, also when it is empty.
-QString latin1Text(const QByteArray &bytes)
-{
-    return bytes.isEmpty() ? QStringLiteral("") : QString::fromLatin1(bytes);
-}
 
 // Byte length of an entry's value for its description; an unknown type keeps the previous one.
 quint32 valueLength(quint16 type, quint32 count, quint32 previous)
@@ -59,14 +51,25 @@ TExifFile::TExifFile(QString path)
 
 TExifFile::~TExifFile() = default;
 
+// The part behind the last separator, as QFileInfo gives it, without building one per photo.
 QString TExifFile::fileName() const
 {
-    return QFileInfo(filePath).fileName();
+    qsizetype separator = filePath.lastIndexOf(QLatin1Char('/'));
+#ifdef Q_OS_WIN
+    separator = qMax(separator, filePath.lastIndexOf(QLatin1Char('\\')));
+#endif
+    return filePath.mid(separator + 1);
 }
 
 QString TExifFile::fileNameComplete() const
 {
     return filePath;
+}
+
+// The file name's suffix, upper case given, compared without regard to case.
+bool TExifFile::hasSuffix(const char *upperSuffix) const
+{
+    return filePath.endsWith(QLatin1String(upperSuffix), Qt::CaseInsensitive);
 }
 
 int TExifFile::fileTyp() const
@@ -92,9 +95,7 @@ bool TExifFile::processFile()
     directoriesWalked = 0;
     entriesRead = 0;
     lastEntryLength = 0;
-    const QString name = fileName().toUpper();
-
-    if (name.endsWith(QLatin1String(".CR3"))) {
+    if (hasSuffix(".CR3")) {
         preProcessCR3();
         // Without "CMT1" or "CMT2" among the first boxes the file holds no metadata this reader
         // can find; walking from the start of the file would read box headers as entries.
@@ -115,12 +116,12 @@ bool TExifFile::processFile()
             }
         }
     } else {
-        if (name.endsWith(QLatin1String(".RAF"))) {
+        if (hasSuffix(".RAF")) {
             // A RAF file carries a JPEG behind its 148-byte header.
             stream.setBigEndian(true);
             stream.skip(148);
         }
-        if (readTiffHeader(name, false)) {
+        if (readTiffHeader(false)) {
             firstIfdOffset = qint32(stream.readU32());
             stream.seek(tiffBase + quint32(firstIfdOffset));
             walkChain();
@@ -134,7 +135,7 @@ bool TExifFile::processFile()
 // .RW2 file and 0x4F52 ("RO") only in an .ORF file. A JPEG (SOI FFD8) is read when its Exif
 // APP1 segment follows SOI directly or after exactly one APP0:
 //   FFD8 [FFE0 len ...] FFE1 len(2) "Exif\0\0" | TIFF header ...
-bool TExifFile::readTiffHeader(const QString &upperName, bool inJpeg)
+bool TExifFile::readTiffHeader(bool inJpeg)
 {
     const quint16 mark = stream.readU16();
     if (mark == 0x4D4D || mark == 0x4949) {
@@ -143,8 +144,7 @@ bool TExifFile::readTiffHeader(const QString &upperName, bool inJpeg)
         tiffBase = stream.pos() - 2;
         const quint16 magic = stream.readU16();
         const bool rawMagic = !inJpeg && !bigEndian
-            && ((magic == 0x0055 && upperName.endsWith(QLatin1String(".RW2")))
-                || (magic == 0x4F52 && upperName.endsWith(QLatin1String(".ORF"))));
+            && ((magic == 0x0055 && hasSuffix(".RW2")) || (magic == 0x4F52 && hasSuffix(".ORF")));
         if (magic == 42 || rawMagic) {
             valid = true;
             fileType = inJpeg ? 2 : 1;
@@ -163,7 +163,7 @@ bool TExifFile::readTiffHeader(const QString &upperName, bool inJpeg)
     if (marker != 0xFFE1)
         return false;
     stream.skip(8); // segment length and "Exif\0\0", not checked
-    return readTiffHeader(upperName, true);
+    return readTiffHeader(true);
 }
 
 void TExifFile::walkChain()
@@ -517,7 +517,7 @@ void TExifFile::processGPSInfoIFD()
 // the entry's count is not used. The stream position is kept.
 QString TExifFile::readIFDStringEntry(qint64 position)
 {
-    return latin1Text(stream.readZeroTerminated(position, exiflimits::maxTextLength));
+    return stream.readLatin1Text(position, exiflimits::maxTextLength);
 }
 
 void TExifFile::readIFDRationalEntry(qint64 position, quint32 &numerator, quint32 &denominator)

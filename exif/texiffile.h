@@ -265,7 +265,8 @@ public:
     QString GPSDateStamp = QStringLiteral("");
 
 private:
-    bool readTiffHeader(const QString &upperName, bool inJpeg);
+    bool hasSuffix(const char *upperSuffix) const;
+    bool readTiffHeader(bool inJpeg);
     void walkChain();
     void walkDirectory(int depth);
     void readEntry(quint16 tag, quint32 count, int depth);

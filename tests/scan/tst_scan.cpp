@@ -1,3 +1,4 @@
+#include "testfilenamepatterns.h"
 #include "testphotodatabase.h"
 #include "testsamplelibrary.h"
 #include "testscancolumns.h"
@@ -13,12 +14,13 @@ int main(int argc, char *argv[])
 {
     // The chart controllers rebuilt during a scan need widgets (the offscreen platform).
     QApplication app(argc, argv);
+    TestFileNamePatterns patterns;
     TestPhotoDatabase database;
     TestScanWorker worker;
     TestScanColumns columns;
     TestSampleLibrary samples;
     TestScanStress stress;
-    const QList<QObject *> tests { &database, &worker, &columns, &samples, &stress };
+    const QList<QObject *> tests { &patterns, &database, &worker, &columns, &samples, &stress };
 
     return testutils::runTestObjects(app.arguments(), tests);
 }
