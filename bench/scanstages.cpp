@@ -1,19 +1,20 @@
 // Where a scan's time goes: the same walk, read and insert as TMyWorkerObject, done in stages on
 // one thread and timed per stage (median of the runs, after a warm-up):
-//   walk    QDirIterator with the nine patterns, subdirectories on
+//   walk    QDirIterator over the files, subdirectories on, with the nine patterns
 //   read    walk + TExifFile::processFile() + the values the row takes
 //   insert  read + binding and executing the prepared INSERT, one autocommit row per photo
 #include "benchstats.h"
+#include "filenamepatterns.h"
 #include "photodatabase.h"
+#include "photorowinserter.h"
 #include "texiffile.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QDirIterator>
-#include <QSqlQuery>
-#include <QVariant>
 
 #include <cstdlib>
+#include <memory>
 
 namespace {
 
@@ -22,40 +23,25 @@ enum class Stage { Walk, Read, Insert };
 const QList<QString> patterns { "*.arw", "*.raf", "*.nef", "*.cr2", "*.cr3",
                                 "*.rw2", "*.jpg", "*.dng", "*.orf" };
 
-long runStage(Stage stage, const QString &root, QSqlQuery &insert)
+long runStage(Stage stage, const QString &root, PhotoRowInserter &inserter)
 {
+    const FileNamePatterns matcher(patterns);
     long files = 0;
-    QDirIterator it(root, patterns, QDir::Files, QDirIterator::Subdirectories);
+    QDirIterator it(root, QDir::Files, QDirIterator::Subdirectories);
     while (it.hasNext()) {
         const QString path = it.next();
+        if (!matcher.matches(it.fileName()) || !it.fileInfo().isFile())
+            continue;
         ++files;
         if (stage == Stage::Walk)
             continue;
         TExifFile exif(path);
         if (!exif.processFile())
             continue;
-        const QString fileName = exif.fileName();
-        const double focalLength = exif.exif_0x920A_FocalLengthAsReal();
-        const QString fNumber = exif.exif_0x829D_FNumberAsString();
-        const double exposure = exif.exif_0x829A_ExposureTime();
-        const QString exposureText = exif.exif_0x829A_ExposureTimeAsString();
-        const QString metering = exif.exif_0x9207_MeteringModeAsString();
-        const QString program = exif.exif_0x8822_ExpProgAsString();
+        const QVariantList values = PhotoRowInserter::rowValues(exif);
         if (stage == Stage::Read)
             continue;
-        insert.bindValue(QStringLiteral(":filename"), fileName);
-        insert.bindValue(QStringLiteral(":date"), exif.DateTimeOriginal);
-        insert.bindValue(QStringLiteral(":maker"), exif.Make);
-        insert.bindValue(QStringLiteral(":model"), exif.Model);
-        insert.bindValue(QStringLiteral(":lens"), exif.LensModel);
-        insert.bindValue(QStringLiteral(":focallength"), focalLength);
-        insert.bindValue(QStringLiteral(":iso"), int(exif.ISO));
-        insert.bindValue(QStringLiteral(":fnumber"), fNumber);
-        insert.bindValue(QStringLiteral(":exptime"), exposure);
-        insert.bindValue(QStringLiteral(":exptimestring"), exposureText);
-        insert.bindValue(QStringLiteral(":meteringmode"), metering);
-        insert.bindValue(QStringLiteral(":exposuremode"), program);
-        PhotoDatabase::execInsert(insert);
+        inserter.insert(values);
     }
     return files;
 }
@@ -76,8 +62,7 @@ int main(int argc, char **argv)
         return 1;
     QSqlDatabase db = PhotoDatabase::addConnection(PhotoDatabase::workerConnection);
     db.open();
-    QSqlQuery insert(db);
-    insert.prepare(PhotoDatabase::insertStatement);
+    std::unique_ptr<PhotoRowInserter> inserter = PhotoRowInserter::create(db);
 
     std::printf("RESULT stages");
     double previous = 0;
@@ -87,7 +72,7 @@ int main(int argc, char **argv)
         for (int run = 0; run <= runs; ++run) {
             PhotoDatabase::clear(mainDb);
             const auto start = benchstats::Clock::now();
-            files = runStage(stage, root, insert);
+            files = runStage(stage, root, *inserter);
             if (run > 0)
                 seconds.push_back(benchstats::secondsBetween(start, benchstats::Clock::now()));
         }
@@ -98,6 +83,6 @@ int main(int argc, char **argv)
         previous = perFile;
     }
     std::printf("\n");
-    insert = QSqlQuery();
+    inserter.reset(); // the statement goes before its connection
     return 0;
 }

@@ -5,6 +5,8 @@
 #include <QSqlQuery>
 #include <QThread>
 
+#include <functional>
+
 namespace PhotoDatabase {
 
 namespace {
@@ -59,29 +61,33 @@ bool failedOnTableLock(const QSqlQuery &query)
 // pragma: a statistic query holds its lock for milliseconds, so waiting for it keeps the row. The
 // wait is bounded so that a reader that never lets go (a half-fetched result set) cannot stall
 // the scan, and it ends early when the scan is being stopped, whose rows are discarded anyway.
-bool execInsert(QSqlQuery &insert)
+bool insertRetryingWhileLocked(const std::function<InsertAttempt()> &attempt)
 {
-    if (insert.exec())
-        return true;
-    if (!failedOnTableLock(insert))
-        return false;
+    InsertAttempt result = attempt();
     QElapsedTimer waited;
     waited.start();
     QThread *const thread = QThread::currentThread();
-    for (int attempt = 1; waited.elapsed() < lockedRetryLimitMs; ++attempt) {
+    for (int retry = 1; result == InsertAttempt::Locked && waited.elapsed() < lockedRetryLimitMs;
+         ++retry) {
         if (thread->isInterruptionRequested())
             return false;
-        // The first attempts only give the reader the processor; later ones sleep briefly.
-        if (attempt < 20)
+        // The first retries only give the reader the processor; later ones sleep briefly.
+        if (retry < 20)
             QThread::yieldCurrentThread();
         else
             QThread::usleep(500);
-        if (insert.exec())
-            return true;
-        if (!failedOnTableLock(insert))
-            return false;
+        result = attempt();
     }
-    return false;
+    return result == InsertAttempt::Stored;
+}
+
+bool execInsert(QSqlQuery &insert)
+{
+    return insertRetryingWhileLocked([&insert] {
+        if (insert.exec())
+            return InsertAttempt::Stored;
+        return failedOnTableLock(insert) ? InsertAttempt::Locked : InsertAttempt::Failed;
+    });
 }
 
 } // namespace PhotoDatabase

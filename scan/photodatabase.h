@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 class QSqlQuery;
 
 // The photo database: one in-memory SQLite table, DATEIEN, shared between the main thread's
@@ -73,9 +75,14 @@ void createStatisticIndexes(QSqlDatabase &db);
 // How long an INSERT waits at most for another connection's table lock to go away.
 inline constexpr int lockedRetryLimitMs = 2000;
 
-// Executes a prepared INSERT. While it fails because another connection of the shared cache holds
-// a lock on the table (SQLITE_LOCKED), it is tried again for up to lockedRetryLimitMs, unless the
+enum class InsertAttempt { Stored, Locked, Failed };
+
+// Runs an insert attempt. While it fails because another connection of the shared cache holds a
+// lock on the table (SQLITE_LOCKED), it is tried again for up to lockedRetryLimitMs, unless the
 // current thread is asked to stop meanwhile. Returns whether the row was stored.
+bool insertRetryingWhileLocked(const std::function<InsertAttempt()> &attempt);
+
+// Executes a prepared INSERT, retried as above.
 bool execInsert(QSqlQuery &insert);
 
 // True when the query's last error is SQLITE_LOCKED (plain or extended code).

@@ -39,8 +39,7 @@ void TMyWorkerObject::doOperation()
         return;
     }
 
-    insert = QSqlQuery(db);
-    insert.prepare(PhotoDatabase::insertStatement);
+    inserter = PhotoRowInserter::create(db);
 
     const QDirIterator::IteratorFlags flags =
         includeSubDirs ? QDirIterator::Subdirectories : QDirIterator::NoIteratorFlags;
@@ -68,7 +67,7 @@ void TMyWorkerObject::doOperation()
     }
 
     // The statement must be released before its connection closes.
-    insert = QSqlQuery();
+    inserter.reset();
     PhotoDatabase::createStatisticIndexes(db);
     db.close();
     emit operationDone();
@@ -82,19 +81,7 @@ void TMyWorkerObject::addExifFileToDB(QString path)
     if (makerExcludes.contains(exif.Make) || modelExcludes.contains(exif.Model))
         return;
 
-    // ":datemod" has no placeholder in the statement; the driver ignores the name.
-    insert.bindValue(QStringLiteral(":filename"), exif.fileName());
-    insert.bindValue(QStringLiteral(":date"), exif.DateTimeOriginal);
-    insert.bindValue(QStringLiteral(":datemod"), exif.ModifyDate);
-    insert.bindValue(QStringLiteral(":maker"), exif.Make);
-    insert.bindValue(QStringLiteral(":model"), exif.Model);
-    insert.bindValue(QStringLiteral(":lens"), exif.LensModel);
-    insert.bindValue(QStringLiteral(":focallength"), exif.exif_0x920A_FocalLengthAsReal());
-    insert.bindValue(QStringLiteral(":iso"), int(exif.ISO));
-    insert.bindValue(QStringLiteral(":fnumber"), exif.exif_0x829D_FNumberAsString());
-    insert.bindValue(QStringLiteral(":exptime"), exif.exif_0x829A_ExposureTime());
-    insert.bindValue(QStringLiteral(":exptimestring"), exif.exif_0x829A_ExposureTimeAsString());
-    insert.bindValue(QStringLiteral(":meteringmode"), exif.exif_0x9207_MeteringModeAsString());
-    insert.bindValue(QStringLiteral(":exposuremode"), exif.exif_0x8822_ExpProgAsString());
-    PhotoDatabase::execInsert(insert);
+    // Outside a scan there is no prepared statement: the row is not stored, as by a failed insert.
+    if (inserter)
+        inserter->insert(PhotoRowInserter::rowValues(exif));
 }

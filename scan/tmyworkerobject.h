@@ -1,10 +1,13 @@
 #pragma once
 
+#include "photorowinserter.h"
+
 #include <QList>
 #include <QObject>
 #include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QString>
+
+#include <memory>
 
 // One scan: walks the directories for files matching the patterns, reads each with TExifFile and
 // stores one row per photo that no exclusion drops. Lives in a QThread made for this one scan; its
@@ -38,6 +41,6 @@ private:
     QList<QString> makerExcludes;
     QList<QString> modelExcludes;
     QSqlDatabase db;
-    // Prepared once per scan on db; every file only binds and executes it.
-    QSqlQuery insert;
+    // The INSERT, prepared once per scan on db; every photo only binds and executes it.
+    std::unique_ptr<PhotoRowInserter> inserter;
 };

@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.."
 packages=(
     cmake ninja-build g++ ccache clang-format
     qt6-base-dev qt6-charts-dev qt6-datavisualization-dev qt6-declarative-dev
-    libqt6opengl6-dev libqt6sql6-sqlite libgl1-mesa-dri
+    libqt6opengl6-dev libqt6sql6-sqlite libsqlite3-dev libgl1-mesa-dri
     xvfb xauth
 )
 if [ "${KELVARO_WITH_FUZZ:-0}" = 1 ]; then

@@ -10,11 +10,29 @@ namespace {
 const QStringList photoPatterns { "*.arw", "*.raf", "*.nef", "*.cr2", "*.cr3",
                                   "*.rw2", "*.jpg", "*.dng", "*.orf" };
 
-const QStringList names { "IMG_0001.JPG", "img_0001.jpg", "photo.Jpg", "photo.jpeg",
-                          "photo.jpg.bak", "photo.jp", "jpg",  ".jpg", "a.jpg ",
-                          "DSC_0001.NEF", "P1000001.RW2", "IMG_0001.CR3", "IMG_0001.CR2",
-                          "x.cr", "DSCF0001.RAF", "P5010001.ORF", "IMG.dng", "notes.txt",
-                          "Ärger.JPG", "ファイル.arw", "a[1].jpg", "a?.jpg", "" };
+const QStringList names { "IMG_0001.JPG",
+                          "img_0001.jpg",
+                          "photo.Jpg",
+                          "photo.jpeg",
+                          "photo.jpg.bak",
+                          "photo.jp",
+                          "jpg",
+                          ".jpg",
+                          "a.jpg ",
+                          "DSC_0001.NEF",
+                          "P1000001.RW2",
+                          "IMG_0001.CR3",
+                          "IMG_0001.CR2",
+                          "x.cr",
+                          "DSCF0001.RAF",
+                          "P5010001.ORF",
+                          "IMG.dng",
+                          "notes.txt",
+                          "Ärger.JPG",
+                          "ファイル.arw",
+                          "a[1].jpg",
+                          "a?.jpg",
+                          "" };
 
 } // namespace
 
@@ -44,8 +62,8 @@ void TestFileNamePatterns::agreesWithQDir()
         const bool expected = QDir::match(patterns, name);
         if (matcher.matches(name) != expected)
             QFAIL(qPrintable(QStringLiteral("%1 against %2: QDir says %3")
-                                     .arg(name, patterns.join(QLatin1Char(' ')))
-                                     .arg(expected)));
+                                 .arg(name, patterns.join(QLatin1Char(' ')))
+                                 .arg(expected)));
     }
 }
 

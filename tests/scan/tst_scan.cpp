@@ -1,5 +1,6 @@
 #include "testfilenamepatterns.h"
 #include "testphotodatabase.h"
+#include "testphotorowinserter.h"
 #include "testsamplelibrary.h"
 #include "testscancolumns.h"
 #include "testscanstress.h"
@@ -16,11 +17,13 @@ int main(int argc, char *argv[])
     QApplication app(argc, argv);
     TestFileNamePatterns patterns;
     TestPhotoDatabase database;
+    TestPhotoRowInserter inserter;
     TestScanWorker worker;
     TestScanColumns columns;
     TestSampleLibrary samples;
     TestScanStress stress;
-    const QList<QObject *> tests { &patterns, &database, &worker, &columns, &samples, &stress };
+    const QList<QObject *> tests { &patterns, &database, &inserter, &worker,
+                                   &columns,  &samples,  &stress };
 
     return testutils::runTestObjects(app.arguments(), tests);
 }
