@@ -101,6 +101,8 @@ private:
     void checkForUpdates();
 
     void doWorkerOperation();
+    // The CREATE INDEX statements of the grouped charts for the current ranges.
+    QStringList groupedStatisticIndexes() const;
     void stopWorkerThread();
     void updateCharts();
     void verarbeiteKontextMenu(QObject *watched, QContextMenuEvent *event);

@@ -138,10 +138,21 @@ void MainWindow::on_actionIncludeSubDirs_triggered()
     onDirectorySelectionChanged();
 }
 
+QStringList MainWindow::groupedStatisticIndexes() const
+{
+    return { ChartControllerFocLenG::rangeIndexStatement(focalLengthGroups),
+             ChartControllerISOG::rangeIndexStatement(isoGroups) };
+}
+
 void MainWindow::doWorkerOperation()
 {
     worker = new TMyWorkerObject(selectedDirectories, fileFilters, includeSubDirs, makerExcludes,
                                  modelExcludes);
+    // The ranges change only together with a new scan (global settings), so the scan can build
+    // the grouped charts' indexes for the refresh that follows it.
+    worker->setGroupedStatisticIndexes(
+        { ChartControllerFocLenG::rangeIndexStatement(focalLengthGroups),
+          ChartControllerISOG::rangeIndexStatement(isoGroups) });
     workerThread = new QThread(this);
     worker->moveToThread(workerThread);
 

@@ -115,6 +115,7 @@ public:
     bool scanning() const { return !w.workerThread.isNull(); }
     QString status() const { return w.labelStatus->text(); }
     ChartDate3D *dateChart() const { return w.chartDate3D; }
+    QStringList groupedStatisticIndexes() const { return w.groupedStatisticIndexes(); }
 
 private:
     MainWindow &w;
@@ -315,7 +316,7 @@ int main(int argc, char **argv)
     // A scan ends by building the statistic indexes; a table filled here gets them the same way,
     // and their cost is reported beside the refresh.
     const auto indexStart = benchstats::Clock::now();
-    PhotoDatabase::createStatisticIndexes(probe.db());
+    PhotoDatabase::createStatisticIndexes(probe.db(), probe.groupedStatisticIndexes());
     const double indexMs = benchstats::secondsBetween(indexStart, benchstats::Clock::now()) * 1000;
 
     // One untimed refresh warms SQLite's page cache and Qt's lazily built tables.

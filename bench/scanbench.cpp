@@ -1,8 +1,11 @@
 // Kelvaro's scan end to end, as the main window runs it but without a window: the real
 // TMyWorkerObject in a QThread of its own walks the library with all nine patterns, reads every
-// file and inserts every row into the shared in-memory database. Timed from doOperation()'s start
-// to operationDone(); the table is checked and emptied after every run.
+// file, inserts every row into the shared in-memory database and builds the statistic indexes,
+// the grouped charts' ones for the default ranges included. Timed from doOperation()'s start to
+// operationDone(); the table is checked and emptied after every run.
 #include "benchstats.h"
+#include "chartcontrollerfocleng.h"
+#include "chartcontrollerisog.h"
 #include "photodatabase.h"
 #include "tmyworkerobject.h"
 
@@ -38,6 +41,8 @@ double scanOnce(const QString &root)
                               "*.rw2", "*.jpg", "*.dng", "*.orf" };
     QList<QString> noMakers, noModels;
     auto *worker = new TMyWorkerObject(directories, patterns, true, noMakers, noModels);
+    worker->setGroupedStatisticIndexes({ ChartControllerFocLenG::rangeIndexStatement({}),
+                                         ChartControllerISOG::rangeIndexStatement({}) });
     QThread thread;
     worker->moveToThread(&thread);
 

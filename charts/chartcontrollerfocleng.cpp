@@ -27,7 +27,7 @@ void ChartControllerFocLenG::prepareData()
 QString ChartControllerFocLenG::prepareSelectStatement()
 {
     if (ranges.isEmpty())
-        ranges = { "1-23", "24-70", "71-200", "201-600", "601-1200" };
+        ranges = defaultRanges();
     return RangeGroups::selectStatement(QStringLiteral("FocalLength"), ranges);
 }
 
@@ -47,4 +47,17 @@ void ChartControllerFocLenG::createPieChartLegendeUndLabels(QPieSeries *series)
     for (QPieSlice *slice : slices)
         slice->setLabel(RangeGroups::displayText(slice->label(), QString()));
     ChartController::createPieChartLegendeUndLabels(series);
+}
+
+QList<QString> ChartControllerFocLenG::defaultRanges()
+{
+    return { "1-23", "24-70", "71-200", "201-600", "601-1200" };
+}
+
+QString ChartControllerFocLenG::rangeIndexStatement(QList<QString> ranges)
+{
+    if (ranges.isEmpty())
+        ranges = defaultRanges();
+    return RangeGroups::indexStatement(QStringLiteral("StatFocalLengthGroups"),
+                                       QStringLiteral("FocalLength"), ranges);
 }

@@ -19,6 +19,12 @@ public:
     // The statement over `ranges`; an empty list is filled with the defaults first.
     QString prepareSelectStatement();
 
+    // The ranges used when none are given.
+    static QList<QString> defaultRanges();
+    // The index that serves the statement of these ranges (the defaults when empty). A scan
+    // builds it once its rows are in; empty when no range is usable.
+    static QString rangeIndexStatement(QList<QString> ranges);
+
 protected:
     QList<QString> createCategories() override;
     void createPieChartLegendeUndLabels(QPieSeries *series) override;

@@ -26,7 +26,7 @@ void ChartControllerISOG::prepareData()
 QString ChartControllerISOG::prepareSelectStatement()
 {
     if (ranges.isEmpty())
-        ranges = { "1-100", "101-400", "401-1600", "1601-6400", "6401-12800" };
+        ranges = defaultRanges();
     return RangeGroups::selectStatement(QStringLiteral("ISO"), ranges);
 }
 
@@ -46,4 +46,17 @@ void ChartControllerISOG::createPieChartLegendeUndLabels(QPieSeries *series)
     for (QPieSlice *slice : slices)
         slice->setLabel(RangeGroups::displayText(slice->label(), QString()));
     ChartController::createPieChartLegendeUndLabels(series);
+}
+
+QList<QString> ChartControllerISOG::defaultRanges()
+{
+    return { "1-100", "101-400", "401-1600", "1601-6400", "6401-12800" };
+}
+
+QString ChartControllerISOG::rangeIndexStatement(QList<QString> ranges)
+{
+    if (ranges.isEmpty())
+        ranges = defaultRanges();
+    return RangeGroups::indexStatement(QStringLiteral("StatIsoGroups"), QStringLiteral("ISO"),
+                                       ranges);
 }

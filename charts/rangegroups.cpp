@@ -48,7 +48,7 @@ QString key(int low, int high)
     return QString("%1-%2").arg(low, 4, 10, zero).arg(high, 4, 10, zero);
 }
 
-QString selectStatement(const QString &column, const QList<QString> &ranges)
+QString caseExpression(const QString &column, const QList<QString> &ranges)
 {
     QString whenClauses;
     for (const QString &text : ranges) {
@@ -60,13 +60,29 @@ QString selectStatement(const QString &column, const QList<QString> &ranges)
             QString("when %1 between %2 and %3 then '%4' ")
                 .arg(column, range->low, range->high, key(range->lowValue, range->highValue));
     }
-    // SQL's case needs at least one "when"; without a usable range every photo is 'Others'.
+    // SQL's case needs at least one "when".
     if (whenClauses.isEmpty())
+        return {};
+    return QStringLiteral("case ") + whenClauses + QStringLiteral("else 'Others' end");
+}
+
+QString selectStatement(const QString &column, const QList<QString> &ranges)
+{
+    const QString expression = caseExpression(column, ranges);
+    // Without a usable range every photo is 'Others'.
+    if (expression.isEmpty())
         return QStringLiteral(
             "SELECT 'Others' as Range, count(1) as Count from Dateien group by Range");
-    return QStringLiteral("SELECT case ") + whenClauses
-        + QStringLiteral(
-               "else 'Others' end as Range, count(1) as Count from Dateien group by Range");
+    return QStringLiteral("SELECT ") + expression
+        + QStringLiteral(" as Range, count(1) as Count from Dateien group by Range");
+}
+
+QString indexStatement(const QString &name, const QString &column, const QList<QString> &ranges)
+{
+    const QString expression = caseExpression(column, ranges);
+    if (expression.isEmpty())
+        return {};
+    return QStringLiteral("CREATE INDEX IF NOT EXISTS %1 ON DATEIEN (%2)").arg(name, expression);
 }
 
 QString displayText(const QString &key, const QString &unit)

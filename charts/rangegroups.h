@@ -25,9 +25,17 @@ std::optional<Range> parse(const QString &text);
 // Both numbers zero-padded to at least four digits, longer ones kept whole: "0024-0070".
 QString key(int low, int high);
 
-// "SELECT case when <column> between 24 and 70 then '0024-0070' ... else 'Others' end as Range,
-// count(1) as Count from Dateien group by Range"; malformed ranges are left out.
+// "case when <column> between 24 and 70 then '0024-0070' ... else 'Others' end"; malformed ranges
+// are left out. Empty when no range is usable.
+QString caseExpression(const QString &column, const QList<QString> &ranges);
+
+// "SELECT <case expression> as Range, count(1) as Count from Dateien group by Range".
 QString selectStatement(const QString &column, const QList<QString> &ranges);
+
+// An index named name on the case expression. With it SQLite reads the grouped statistic in the
+// order of its groups instead of sorting every row by its group first. Empty when no range is
+// usable (the statement then has no case expression).
+QString indexStatement(const QString &name, const QString &column, const QList<QString> &ranges);
 
 // "0024-0070" gives "24-70" followed by the unit; "Others" stays "Others".
 QString displayText(const QString &key, const QString &unit);

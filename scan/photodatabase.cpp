@@ -28,6 +28,7 @@ bool openMainConnection(QSqlDatabase &db)
         return false;
     QSqlQuery pragma(db);
     pragma.exec(readUncommittedPragma);
+    pragma.exec(journalOffPragma);
     QSqlQuery create(db);
     return create.exec(createTableStatement);
 }
@@ -36,17 +37,25 @@ void clear(QSqlDatabase &db)
 {
     QSqlQuery query(db);
     query.exec(clearStatement);
-    for (const QString &statement : statisticIndexStatements) {
-        const QString name = statement.section(' ', 5, 5);
-        query.exec(QStringLiteral("DROP INDEX IF EXISTS ") + name);
-    }
+    // Every index of the table was made for the statistics (the grouped ones under names of
+    // their own); the table's own unique keys have no statement and stay.
+    query.exec(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'index' "
+                              "AND tbl_name = 'DATEIEN' AND sql IS NOT NULL"));
+    QStringList names;
+    while (query.next())
+        names << query.value(0).toString();
+    query.finish();
+    for (const QString &name : std::as_const(names))
+        query.exec(QStringLiteral("DROP INDEX IF EXISTS \"%1\"").arg(name));
 }
 
-void createStatisticIndexes(QSqlDatabase &db)
+void createStatisticIndexes(QSqlDatabase &db, const QStringList &moreStatements)
 {
     QSqlQuery query(db);
-    for (const QString &statement : statisticIndexStatements)
-        query.exec(statement);
+    for (const QString &statement : statisticIndexStatements + moreStatements) {
+        if (!statement.isEmpty())
+            query.exec(statement);
+    }
 }
 
 bool failedOnTableLock(const QSqlQuery &query)

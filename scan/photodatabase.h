@@ -40,16 +40,23 @@ inline const QString clearStatement = QStringLiteral("DELETE FROM DATEIEN");
 // table is locked", and that photo's row is lost.
 inline const QString readUncommittedPragma = QStringLiteral("PRAGMA read_uncommitted = 1");
 
+// The database lives in memory and is never rolled back: each statement of the application is one
+// INSERT, which fails before it writes anything, or emptying the table, or building or dropping an
+// index. A rollback journal would only copy pages: emptying the table would first copy the whole
+// database into it (the memory peak of a scan), and every INSERT the pages it changes.
+inline const QString journalOffPragma = QStringLiteral("PRAGMA journal_mode = OFF");
+
 // Adds a connection of the photo database under the given name (not opened). An existing
 // connection of that name is replaced, with Qt's warning about the duplicate name.
 QSqlDatabase addConnection(const QString &name);
 
-// Adds and opens the main connection, switches it to read-uncommitted and creates the table.
+// Adds and opens the main connection, switches it to read-uncommitted, turns the journal off and
+// creates the table.
 // False when the database cannot be opened or the table cannot be created.
 bool openMainConnection(QSqlDatabase &db);
 
-// Empties the table and drops the statistic indexes; the AUTOINCREMENT counter goes on, so later
-// ids continue after the old ones.
+// Empties the table and drops every index made for the statistics; the AUTOINCREMENT counter
+// goes on, so later ids continue after the old ones.
 void clear(QSqlDatabase &db);
 
 // Indexes on the columns the statistics group by, so that a chart refresh reads counts off an
@@ -68,9 +75,10 @@ inline const QStringList statisticIndexStatements {
     QStringLiteral("CREATE INDEX IF NOT EXISTS StatDay ON DATEIEN (substr(DATE, 1, 10))"),
 };
 
-// Builds the statistic indexes; one that cannot be built (the table locked by a reader) only
-// makes the next chart refresh slower.
-void createStatisticIndexes(QSqlDatabase &db);
+// Builds the statistic indexes and the further ones given (CREATE INDEX statements; empty ones are
+// passed over). One that cannot be built (the table locked by a reader) only makes the next chart
+// refresh slower.
+void createStatisticIndexes(QSqlDatabase &db, const QStringList &moreStatements = {});
 
 // How long an INSERT waits at most for another connection's table lock to go away.
 inline constexpr int lockedRetryLimitMs = 2000;

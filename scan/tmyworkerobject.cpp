@@ -68,9 +68,14 @@ void TMyWorkerObject::doOperation()
 
     // The statement must be released before its connection closes.
     inserter.reset();
-    PhotoDatabase::createStatisticIndexes(db);
+    PhotoDatabase::createStatisticIndexes(db, groupedStatisticIndexes);
     db.close();
     emit operationDone();
+}
+
+void TMyWorkerObject::setGroupedStatisticIndexes(const QStringList &createStatements)
+{
+    groupedStatisticIndexes = createStatements;
 }
 
 void TMyWorkerObject::addExifFileToDB(QString path)

@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QSqlDatabase>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 
@@ -26,6 +27,10 @@ public:
     // Reads one file and stores its row; called by doOperation only.
     void addExifFileToDB(QString path);
 
+    // CREATE INDEX statements of the grouped statistics, whose indexes depend on the chosen
+    // ranges; built with the statistic indexes when the rows are in. Set before the scan starts.
+    void setGroupedStatisticIndexes(const QStringList &createStatements);
+
 signals:
     void operationDone();
     // The number of matching files met so far in this scan, sent at every 50th.
@@ -43,4 +48,5 @@ private:
     QSqlDatabase db;
     // The INSERT, prepared once per scan on db; every photo only binds and executes it.
     std::unique_ptr<PhotoRowInserter> inserter;
+    QStringList groupedStatisticIndexes;
 };

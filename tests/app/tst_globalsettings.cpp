@@ -16,6 +16,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QSignalSpy>
+#include <QSqlQuery>
 #include <QTest>
 
 using namespace apptest;
@@ -122,6 +123,22 @@ void TestGlobalSettings::okCopiesTheValuesBackAndRescans()
     QCOMPARE(scans.scansStarted(), 1);
     QVERIFY(waitForScanEnd(*window));
     QCOMPARE(probe.status(), QString("Valid files: 3"));
+
+    // The scan built the grouped charts' indexes for the new ranges.
+    QSqlQuery indexes(probe.db());
+    QVERIFY(indexes.exec("SELECT name, sql FROM sqlite_master WHERE name LIKE '%Groups' "
+                         "ORDER BY name"));
+    QStringList built;
+    while (indexes.next())
+        built << indexes.value(0).toString() + ": " + indexes.value(1).toString();
+    QCOMPARE(built.size(), 2);
+    QVERIFY2(built[0].startsWith("StatFocalLengthGroups: ")
+                 && built[0].contains("when FocalLength between 1 and 60 then '0001-0060' "
+                                      "when FocalLength between 61 and 200 then '0061-0200'"),
+             qPrintable(built[0]));
+    QVERIFY2(built[1].startsWith("StatIsoGroups: ")
+                 && built[1].contains("when ISO between 100 and 800 then '0100-0800' else"),
+             qPrintable(built[1]));
 }
 
 void TestGlobalSettings::okWithoutChangesStillRescans()

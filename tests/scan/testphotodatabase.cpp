@@ -1,6 +1,9 @@
 #include "testphotodatabase.h"
 
+#include "chartcontrollerfocleng.h"
+#include "chartcontrollerisog.h"
 #include "photodatabase.h"
+#include "rangegroups.h"
 #include "scanfixtures.h"
 
 #include <QElapsedTimer>
@@ -226,6 +229,104 @@ void TestPhotoDatabase::statisticIndexesChangeNoResultAndGoWithClear()
     PhotoDatabase::clear(db);
     QVERIFY(statisticIndexNames(db).isEmpty());
     QCOMPARE(scantest::rowCount(db), 0);
+}
+
+void TestPhotoDatabase::groupedStatisticIndexesServeTheirStatements_data()
+{
+    QTest::addColumn<QString>("column");
+    QTest::addColumn<QList<QString>>("ranges");
+    QTest::addColumn<QString>("index");
+
+    QTest::newRow("focal length, default ranges")
+        << "FocalLength" << QList<QString> {} << ChartControllerFocLenG::rangeIndexStatement({});
+    QTest::newRow("focal length, overlapping ranges and a malformed one")
+        << "FocalLength" << QList<QString> { "10-50", "24-70", "x-9", "71-71" }
+        << ChartControllerFocLenG::rangeIndexStatement({ "10-50", "24-70", "x-9", "71-71" });
+    QTest::newRow("ISO, default ranges")
+        << "ISO" << QList<QString> {} << ChartControllerISOG::rangeIndexStatement({});
+    QTest::newRow("ISO, one range") << "ISO" << QList<QString> { "100-200" }
+                                    << ChartControllerISOG::rangeIndexStatement({ "100-200" });
+}
+
+void TestPhotoDatabase::groupedStatisticIndexesServeTheirStatements()
+{
+    QFETCH(QString, column);
+    QFETCH(QList<QString>, ranges);
+    QFETCH(QString, index);
+
+    QSqlQuery insert(db);
+    QVERIFY(insert.prepare(PhotoDatabase::insertStatement));
+    // Values on and beside the range borders, and outside every range.
+    const QList<double> focalLengths { 0, 1, 10, 23, 23.5, 24, 50, 70, 70.5, 71, 200, 1200, 5000 };
+    const QList<int> isos { 0, 1, 100, 101, 200, 400, 1600, 6400, 6401, 12800, 25600, 50, 160 };
+    for (int i = 0; i < focalLengths.size(); ++i) {
+        bindRow(insert, QStringLiteral("IMG_%1.JPG").arg(i));
+        insert.bindValue(":focallength", focalLengths[i]);
+        insert.bindValue(":iso", isos[i]);
+        QVERIFY(insert.exec());
+    }
+    // The statement the chart runs for these ranges.
+    const bool focal = column == QLatin1String("FocalLength");
+    if (ranges.isEmpty())
+        ranges =
+            focal ? ChartControllerFocLenG::defaultRanges() : ChartControllerISOG::defaultRanges();
+    const QString statement = RangeGroups::selectStatement(column, ranges);
+    const QStringList without = statisticRows(db, statement);
+    QVERIFY(without.size() > 1);
+
+    PhotoDatabase::createStatisticIndexes(db, { index, QString() });
+    const QString name = index.section(' ', 5, 5);
+    QVERIFY2(statisticIndexNames(db).contains(name), qPrintable(index));
+    QCOMPARE(statisticRows(db, statement), without);
+
+    // The groups come from the index in their order: no sorting of the table.
+    QSqlQuery plan(db);
+    QVERIFY(plan.exec(QStringLiteral("EXPLAIN QUERY PLAN ") + statement));
+    QStringList steps;
+    while (plan.next())
+        steps << plan.value(3).toString();
+    const QString planText = steps.join(QStringLiteral(" / "));
+    QVERIFY2(planText.contains(name), qPrintable(planText));
+    QVERIFY2(!planText.contains(QLatin1String("TEMP B-TREE")), qPrintable(planText));
+
+    PhotoDatabase::clear(db);
+    QVERIFY(statisticIndexNames(db).isEmpty());
+}
+
+void TestPhotoDatabase::journalIsOffForEveryConnection()
+{
+    QSqlQuery mainJournal(db);
+    QVERIFY(mainJournal.exec(QStringLiteral("PRAGMA journal_mode")) && mainJournal.next());
+    QCOMPARE(mainJournal.value(0).toString(), QStringLiteral("off"));
+    {
+        Connection worker(writerConnection);
+        QSqlQuery journal(worker.db);
+        QVERIFY(journal.exec(QStringLiteral("PRAGMA journal_mode")) && journal.next());
+        QCOMPARE(journal.value(0).toString(), QStringLiteral("off"));
+    }
+}
+
+// Without a journal nothing can be rolled back: a refused INSERT must not have written anything,
+// neither a row nor a step of the id counter.
+void TestPhotoDatabase::failedInsertLeavesNoTrace()
+{
+    QVERIFY(insertRows(db, 2));
+    QSqlQuery insert(db);
+    QVERIFY(insert.prepare(PhotoDatabase::insertStatement));
+    for (const char *placeholder : { ":filename", ":maker", ":lens", ":exposuremode" }) {
+        bindRow(insert, QStringLiteral("refused.jpg"));
+        insert.bindValue(QLatin1String(placeholder), QVariant(QMetaType::fromType<QString>()));
+        QVERIFY(!insert.exec());
+    }
+    QVERIFY(insertRows(db, 1));
+    const QList<int> stored = ids(db);
+    QCOMPARE(stored.size(), 3);
+    QCOMPARE(stored[2], stored[1] + 1);
+    QVERIFY(!scantest::column(db, "FILENAME").contains(QStringLiteral("refused.jpg")));
+
+    QSqlQuery integrity(db);
+    QVERIFY(integrity.exec(QStringLiteral("PRAGMA integrity_check")) && integrity.next());
+    QCOMPARE(integrity.value(0).toString(), QStringLiteral("ok"));
 }
 
 void TestPhotoDatabase::connectionOfAnotherThreadSeesTheRows()

@@ -18,6 +18,10 @@ private slots:
     void addedConnectionIsNotOpenedAndReachesTheSameDatabase();
     void clearEmptiesTheTableAndIdsContinue();
     void statisticIndexesChangeNoResultAndGoWithClear();
+    void groupedStatisticIndexesServeTheirStatements_data();
+    void groupedStatisticIndexesServeTheirStatements();
+    void journalIsOffForEveryConnection();
+    void failedInsertLeavesNoTrace();
     void connectionOfAnotherThreadSeesTheRows();
     void openSelectAndInsert_data();
     void openSelectAndInsert();

@@ -369,6 +369,32 @@ void TestScanWorker::idsContinueInTheNextScan()
     QCOMPARE(secondIds.first().toInt(), firstIds.last().toInt() + 1);
 }
 
+void TestScanWorker::indexesAreBuiltWhenTheRowsAreIn()
+{
+    testutils::Sandbox sandbox;
+    QVERIFY(scantest::writePhotos(sandbox.path(), 3));
+    const QString grouped = QStringLiteral(
+        "CREATE INDEX IF NOT EXISTS StatTestGroups ON DATEIEN (case when ISO between 1 and 100 "
+        "then '0001-0100' else 'Others' end)");
+    auto worker = scantest::makeWorker({ sandbox.path() });
+    worker->setGroupedStatisticIndexes({ grouped });
+    scantest::scanHere(*worker);
+
+    QSqlQuery indexes(db);
+    QVERIFY(indexes.exec(
+        QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'index' AND sql IS NOT NULL")));
+    QStringList names;
+    while (indexes.next())
+        names << indexes.value(0).toString();
+    QStringList expected { QStringLiteral("StatTestGroups") };
+    for (const QString &statement : PhotoDatabase::statisticIndexStatements)
+        expected << statement.section(' ', 5, 5);
+    names.sort();
+    expected.sort();
+    QCOMPARE(names, expected);
+    QCOMPARE(scantest::rowCount(db), 3);
+}
+
 void TestScanWorker::rowsAreSeenFromAnotherThread()
 {
     testutils::Sandbox sandbox;

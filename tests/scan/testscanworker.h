@@ -28,6 +28,7 @@ private slots:
     void stopEndsOnlyTheCurrentDirectory_data();
     void stopEndsOnlyTheCurrentDirectory();
     void idsContinueInTheNextScan();
+    void indexesAreBuiltWhenTheRowsAreIn();
     void rowsAreSeenFromAnotherThread();
     void workerConnection();
     void metaObjectOrder();
