@@ -74,13 +74,31 @@ long rowCount(QSqlDatabase &db)
     return count.value(0).toLongLong();
 }
 
+// Times `passes` scans of root; false (with a message) when a scan stored a wrong number of rows.
+bool timeScans(QSqlDatabase &db, const QString &root, long expected, int passes, const char *label,
+               double &seconds)
+{
+    seconds = 0;
+    for (int pass = 0; pass < passes; ++pass) {
+        PhotoDatabase::clear(db);
+        seconds += scanOnce(root);
+        const long rows = rowCount(db);
+        if (rows != expected) {
+            std::fprintf(stderr, "%s: stored %ld rows, expected %ld\n", label, rows, expected);
+            return false;
+        }
+    }
+    return true;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
     if (argc < 4) {
-        std::fprintf(stderr, "usage: %s ROOT RUNS EXPECTED_ROWS [LABEL [PASSES]]\n", argv[0]);
+        std::fprintf(stderr, "usage: %s ROOT RUNS EXPECTED_ROWS [LABEL [PASSES [OTHER_ROOT]]]\n",
+                     argv[0]);
         return 2;
     }
     const QString root = QString::fromLocal8Bit(argv[1]);
@@ -90,6 +108,9 @@ int main(int argc, char **argv)
     // A small library scans in milliseconds, where a moment's load elsewhere decides the figure:
     // each timed sample can add up several scans.
     const int passes = argc > 5 ? std::max(1, std::atoi(argv[5])) : 1;
+    // A second library of as many photos, timed in turn with the first (sample by sample), so that
+    // the machine's drift weighs on both alike; reported as other_files_per_s.
+    const QString otherRoot = argc > 6 ? QString::fromLocal8Bit(argv[6]) : QString();
     defaultHandler = qInstallMessageHandler(messageHandler);
 
     // The main connection is open for the whole run, as in the application; it keeps the
@@ -101,31 +122,34 @@ int main(int argc, char **argv)
     }
     const long hwmBefore = benchstats::procStatusKb("VmHWM");
 
-    std::vector<double> seconds;
-    // Run 0 is the untimed warm-up: it fills the page cache and the allocator's pools.
+    std::vector<double> seconds, otherSeconds;
+    // Run 0 is the untimed warm-up: it fills the page cache and the allocator's pools. With two
+    // libraries every other run takes the second one first, so that neither always goes first.
     for (int run = 0; run <= runs; ++run) {
-        double elapsed = 0;
-        for (int pass = 0; pass < passes; ++pass) {
-            PhotoDatabase::clear(db);
-            elapsed += scanOnce(root);
-            const long rows = rowCount(db);
-            if (rows != expected) {
-                std::fprintf(stderr, "%s: run %d stored %ld rows, expected %ld\n", label, run, rows,
-                             expected);
+        const bool otherFirst = !otherRoot.isEmpty() && run % 2 == 1;
+        for (int turn = 0; turn < (otherRoot.isEmpty() ? 1 : 2); ++turn) {
+            const bool other = (turn == 0) == otherFirst;
+            double elapsed = 0;
+            if (!timeScans(db, other ? otherRoot : root, expected, passes, label, elapsed))
                 return 1;
-            }
+            if (run > 0)
+                (other ? otherSeconds : seconds).push_back(elapsed);
         }
-        if (run > 0)
-            seconds.push_back(elapsed);
     }
     const long hwmAfter = benchstats::procStatusKb("VmHWM");
     PhotoDatabase::clear(db);
 
     const double median = benchstats::median(seconds);
     std::printf("RESULT %s files=%ld passes=%d median_s=%.6f files_per_s=%.0f hwm_before_mb=%.1f "
-                "hwm_growth_mb=%.1f duplicate_name_warnings=%d runs_s=%s\n",
+                "hwm_growth_mb=%.1f duplicate_name_warnings=%d runs_s=%s",
                 label, expected, passes, median, expected * passes / median, hwmBefore / 1024.0,
                 (hwmAfter - hwmBefore) / 1024.0, duplicateConnectionWarnings,
                 benchstats::joined(seconds, 4).c_str());
+    if (!otherSeconds.empty()) {
+        const double otherMedian = benchstats::median(otherSeconds);
+        std::printf(" other_median_s=%.6f other_files_per_s=%.0f other_runs_s=%s", otherMedian,
+                    expected * passes / otherMedian, benchstats::joined(otherSeconds, 4).c_str());
+    }
+    std::printf("\n");
     return 0;
 }

@@ -170,6 +170,24 @@ void closeMainConnection(QSqlDatabase &db)
     QSqlDatabase::removeDatabase(PhotoDatabase::mainConnection);
 }
 
+OwnConnection::OwnConnection(const QString &name, bool readUncommitted, const QString &databaseName)
+    : name(name)
+    , db(PhotoDatabase::addConnection(name))
+{
+    if (!databaseName.isEmpty())
+        db.setDatabaseName(databaseName);
+    db.open();
+    if (readUncommitted)
+        QSqlQuery(db).exec(PhotoDatabase::readUncommittedPragma);
+}
+
+OwnConnection::~OwnConnection()
+{
+    db.close();
+    db = QSqlDatabase();
+    QSqlDatabase::removeDatabase(name);
+}
+
 int rowCount(const QSqlDatabase &db)
 {
     QSqlQuery query(db);

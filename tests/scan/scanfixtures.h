@@ -48,6 +48,22 @@ QStringList scanOnThread(TMyWorkerObject &worker, bool interruptFirst);
 // Closes and removes the main connection, which ends the in-memory database.
 void closeMainConnection(QSqlDatabase &db);
 
+// A connection of the photo database of its own, opened on the current thread and removed again
+// with the object. Optionally reading uncommitted like the main connection, or opening another
+// database (databaseName) instead of the photo database.
+class OwnConnection
+{
+public:
+    explicit OwnConnection(const QString &name, bool readUncommitted = false,
+                           const QString &databaseName = QString());
+    ~OwnConnection();
+    OwnConnection(const OwnConnection &) = delete;
+    OwnConnection &operator=(const OwnConnection &) = delete;
+
+    QString name;
+    QSqlDatabase db;
+};
+
 int rowCount(const QSqlDatabase &db);
 // One column of every row, in id order.
 QStringList column(const QSqlDatabase &db, const QString &name);

@@ -68,28 +68,6 @@ std::unique_ptr<QSqlQuery> openSelect(const QSqlDatabase &db)
     return select;
 }
 
-// A connection of its own, opened on the current thread and removed again with the object.
-class Connection
-{
-public:
-    Connection(const QString &name, bool readUncommitted = false)
-        : name(name)
-        , db(PhotoDatabase::addConnection(name))
-    {
-        db.open();
-        if (readUncommitted)
-            QSqlQuery(db).exec(PhotoDatabase::readUncommittedPragma);
-    }
-    ~Connection()
-    {
-        db.close();
-        db = QSqlDatabase();
-        QSqlDatabase::removeDatabase(name);
-    }
-    QString name;
-    QSqlDatabase db;
-};
-
 } // namespace
 
 void TestPhotoDatabase::initTestCase()
@@ -299,7 +277,7 @@ void TestPhotoDatabase::journalIsOffForEveryConnection()
     QVERIFY(mainJournal.exec(QStringLiteral("PRAGMA journal_mode")) && mainJournal.next());
     QCOMPARE(mainJournal.value(0).toString(), QStringLiteral("off"));
     {
-        Connection worker(writerConnection);
+        scantest::OwnConnection worker(writerConnection);
         QSqlQuery journal(worker.db);
         QVERIFY(journal.exec(QStringLiteral("PRAGMA journal_mode")) && journal.next());
         QCOMPARE(journal.value(0).toString(), QStringLiteral("off"));
@@ -334,7 +312,7 @@ void TestPhotoDatabase::connectionOfAnotherThreadSeesTheRows()
     QVERIFY(insertRows(db, 7));
     int seen = -1;
     std::unique_ptr<QThread> thread(QThread::create([&seen] {
-        Connection other(QStringLiteral("OtherThread"));
+        scantest::OwnConnection other(QStringLiteral("OtherThread"));
         seen = scantest::rowCount(other.db);
     }));
     thread->start();
@@ -357,8 +335,8 @@ void TestPhotoDatabase::openSelectAndInsert()
     QFETCH(bool, insertSucceeds);
 
     QVERIFY(insertRows(db, 2));
-    Connection reader(readerConnection, readUncommitted);
-    Connection writer(writerConnection);
+    scantest::OwnConnection reader(readerConnection, readUncommitted);
+    scantest::OwnConnection writer(writerConnection);
     {
         const auto select = openSelect(reader.db);
         QVERIFY2(select->isActive(), "the reading statement did not start");
@@ -376,14 +354,14 @@ void TestPhotoDatabase::openSelectAndInsert()
 void TestPhotoDatabase::execInsertWaitsUntilTheLockIsGone()
 {
     QVERIFY(insertRows(db, 2));
-    Connection reader(readerConnection);
+    scantest::OwnConnection reader(readerConnection);
     auto select = openSelect(reader.db);
 
     QSemaphore firstAttemptFailed;
     bool lockedAtFirst = false;
     bool stored = false;
     std::unique_ptr<QThread> thread(QThread::create([&] {
-        Connection writer(writerConnection);
+        scantest::OwnConnection writer(writerConnection);
         QSqlQuery insert(writer.db);
         insert.prepare(PhotoDatabase::insertStatement);
         bindRow(insert, QStringLiteral("waited.jpg"));
@@ -405,8 +383,8 @@ void TestPhotoDatabase::execInsertWaitsUntilTheLockIsGone()
 void TestPhotoDatabase::execInsertGivesUpWhenTheLockStays()
 {
     QVERIFY(insertRows(db, 2));
-    Connection reader(readerConnection);
-    Connection writer(writerConnection);
+    scantest::OwnConnection reader(readerConnection);
+    scantest::OwnConnection writer(writerConnection);
     const auto select = openSelect(reader.db);
 
     QSqlQuery insert(writer.db);
@@ -420,13 +398,13 @@ void TestPhotoDatabase::execInsertGivesUpWhenTheLockStays()
 void TestPhotoDatabase::execInsertStopsWaitingWhenTheThreadIsStopped()
 {
     QVERIFY(insertRows(db, 2));
-    Connection reader(readerConnection);
+    scantest::OwnConnection reader(readerConnection);
     const auto select = openSelect(reader.db);
 
     bool stored = true;
     qint64 waitedMs = -1;
     std::unique_ptr<QThread> thread(QThread::create([&] {
-        Connection writer(writerConnection);
+        scantest::OwnConnection writer(writerConnection);
         QSqlQuery insert(writer.db);
         insert.prepare(PhotoDatabase::insertStatement);
         bindRow(insert, QStringLiteral("stopped.jpg"));

@@ -60,27 +60,6 @@ QVariantList row(const QString &fileName)
              QStringLiteral("Program AE") };
 }
 
-// A connection of its own on the current thread, removed with the object.
-struct Connection
-{
-    explicit Connection(const QString &name, const QString &databaseName = QString())
-        : name(name)
-        , db(PhotoDatabase::addConnection(name))
-    {
-        if (!databaseName.isEmpty())
-            db.setDatabaseName(databaseName);
-        db.open();
-    }
-    ~Connection()
-    {
-        db.close();
-        db = QSqlDatabase();
-        QSqlDatabase::removeDatabase(name);
-    }
-    QString name;
-    QSqlDatabase db;
-};
-
 } // namespace
 
 void TestPhotoRowInserter::initTestCase()
@@ -107,7 +86,7 @@ void TestPhotoRowInserter::storesEveryValueAsItsColumnType()
 {
     QFETCH(Factory, make);
     {
-        Connection writer(writerConnection);
+        scantest::OwnConnection writer(writerConnection);
         const auto inserter = make(writer.db);
         QVERIFY(inserter->insert(row(QStringLiteral("first.jpg"))));
         QVERIFY(inserter->insert(row(QStringLiteral("second.jpg"))));
@@ -140,7 +119,7 @@ void TestPhotoRowInserter::nullTextStoresNoRowAndTheNextRowGoesIn_data()
 void TestPhotoRowInserter::nullTextStoresNoRowAndTheNextRowGoesIn()
 {
     QFETCH(Factory, make);
-    Connection writer(writerConnection);
+    scantest::OwnConnection writer(writerConnection);
     const auto inserter = make(writer.db);
     QVariantList broken = row(QStringLiteral("broken.jpg"));
     broken[3] = QVariant(QMetaType::fromType<QString>()); // a null maker text
@@ -176,7 +155,8 @@ void TestPhotoRowInserter::missingTableStoresNothing()
 {
     QFETCH(Factory, make);
     // Another in-memory database, without the table.
-    Connection elsewhere(writerConnection, QStringLiteral("file:kelvaro-no-table?mode=memory"));
+    scantest::OwnConnection elsewhere(writerConnection, false,
+                                      QStringLiteral("file:kelvaro-no-table?mode=memory"));
     QVERIFY(elsewhere.db.isOpen());
     const auto inserter = make(elsewhere.db);
     QVERIFY(!inserter->insert(row(QStringLiteral("nowhere.jpg"))));
@@ -192,10 +172,10 @@ void TestPhotoRowInserter::waitsForAnotherConnectionsTableLock()
 {
     QFETCH(Factory, make);
     {
-        Connection writer(writerConnection);
+        scantest::OwnConnection writer(writerConnection);
         QVERIFY(make(writer.db)->insert(row(QStringLiteral("before.jpg"))));
     }
-    Connection reader(readerConnection);
+    scantest::OwnConnection reader(readerConnection);
     // A half-read SELECT of a connection without the read-uncommitted pragma locks the table.
     auto select = std::make_unique<QSqlQuery>(reader.db);
     QVERIFY(select->exec(QStringLiteral("SELECT FILENAME FROM DATEIEN")));
@@ -204,7 +184,7 @@ void TestPhotoRowInserter::waitsForAnotherConnectionsTableLock()
     QSemaphore started;
     bool stored = false;
     std::unique_ptr<QThread> thread(QThread::create([&] {
-        Connection writer(writerConnection);
+        scantest::OwnConnection writer(writerConnection);
         const auto inserter = make(writer.db);
         started.release();
         stored = inserter->insert(row(QStringLiteral("waited.jpg")));
@@ -252,7 +232,7 @@ void TestPhotoRowInserter::rowValuesFollowThePlaceholders()
 
 void TestPhotoRowInserter::scanBuildUsesTheDirectFormWhereItIsBuilt()
 {
-    Connection writer(writerConnection);
+    scantest::OwnConnection writer(writerConnection);
     const auto inserter = PhotoRowInserter::create(writer.db);
 #ifdef KELVARO_DIRECT_SQLITE
     QVERIFY(dynamic_cast<SqliteRowInserter *>(inserter.get()));
