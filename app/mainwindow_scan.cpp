@@ -150,9 +150,7 @@ void MainWindow::doWorkerOperation()
                                  modelExcludes);
     // The ranges change only together with a new scan (global settings), so the scan can build
     // the grouped charts' indexes for the refresh that follows it.
-    worker->setGroupedStatisticIndexes(
-        { ChartControllerFocLenG::rangeIndexStatement(focalLengthGroups),
-          ChartControllerISOG::rangeIndexStatement(isoGroups) });
+    worker->setGroupedStatisticIndexes(groupedStatisticIndexes());
     workerThread = new QThread(this);
     worker->moveToThread(workerThread);
 

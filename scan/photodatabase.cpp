@@ -5,8 +5,6 @@
 #include <QSqlQuery>
 #include <QThread>
 
-#include <functional>
-
 namespace PhotoDatabase {
 
 namespace {
