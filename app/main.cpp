@@ -19,6 +19,7 @@ int main(int argc, char *argv[])
 
     // The whole construction, the first scan's start included, runs while the splash is up.
     MainWindow window(directories);
+    Startup::quitAfterFirstScanWhenAsked(window, out);
     window.show();
     return app.exec();
 }

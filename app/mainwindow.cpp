@@ -131,13 +131,9 @@ void MainWindow::selectStartDirectories()
     }
 
     // Directories named on the command line are meant to be scanned: with every file type off
-    // the scan would find nothing, so this run looks at all of them.
-    if (fileFilters.isEmpty()) {
-        for (const auto &[action, pattern] : fileTypeActions()) {
-            action->setChecked(true);
-            fileFilters.append(pattern);
-        }
-    }
+    // the scan would find nothing, so this run reads every type until the user switches one. The
+    // switches and the stored choice stay as the user left them.
+    everyTypeUntilSwitched = fileFilters.isEmpty();
 }
 
 void MainWindow::setupConnections()
@@ -148,6 +144,16 @@ void MainWindow::setupConnections()
             &MainWindow::onCurrentThemeDateChanged);
     connect(ui->tabWidget, &QTabWidget::currentChanged, this,
             &MainWindow::onCurrentTabWidgetChanged);
+}
+
+QList<QString> MainWindow::scanPatterns() const
+{
+    if (!everyTypeUntilSwitched)
+        return fileFilters;
+    QList<QString> every;
+    for (const auto &[action, pattern] : fileTypeActions())
+        every.append(pattern);
+    return every;
 }
 
 QList<QPair<QAction *, QString>> MainWindow::fileTypeActions() const

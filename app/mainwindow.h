@@ -44,6 +44,10 @@ public:
     explicit MainWindow(const QStringList &startDirectories, QWidget *parent = nullptr);
     ~MainWindow() override;
 
+signals:
+    // At the end of the current scan, with the status line's text, once the charts are drawn.
+    void scanFinished(const QString &statusText);
+
 protected:
     void closeEvent(QCloseEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -109,6 +113,9 @@ private:
 
     // The file-type switches with their patterns, in the order fileFilters is rebuilt in.
     QList<QPair<QAction *, QString>> fileTypeActions() const;
+    // The patterns the next scan uses: the switched-on types, or every type while a run started
+    // on command-line directories finds none on and the user has switched none.
+    QList<QString> scanPatterns() const;
     QList<QChartView *> statisticChartViews() const;
     QList<QSplitter *> statisticSplitters() const;
 
@@ -137,6 +144,9 @@ private:
         "*.arw", "*.raf", "*.nef", "*.cr2", "*.cr3", "*.rw2", "*.jpg", "*.dng"
     }; // "*.orf" is not on by default
     QList<QString> selectedDirectories;
+    // Set when command-line directories met a store with no file type on; the first switch the
+    // user makes ends it. Never written to the store.
+    bool everyTypeUntilSwitched = false;
     bool workerRunning = false;
     int lastTab = 0;
     bool checkForUpdatesOnStart = false;

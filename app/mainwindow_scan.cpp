@@ -79,6 +79,7 @@ void MainWindow::refreshData()
 
 void MainWindow::fileFilterTriggered()
 {
+    everyTypeUntilSwitched = false;
     fileFilters.clear();
     for (const auto &[action, pattern] : fileTypeActions()) {
         if (action->isChecked())
@@ -146,7 +147,8 @@ QStringList MainWindow::groupedStatisticIndexes() const
 
 void MainWindow::doWorkerOperation()
 {
-    worker = new TMyWorkerObject(selectedDirectories, fileFilters, includeSubDirs, makerExcludes,
+    QList<QString> patterns = scanPatterns();
+    worker = new TMyWorkerObject(selectedDirectories, patterns, includeSubDirs, makerExcludes,
                                  modelExcludes);
     // The ranges change only together with a new scan (global settings), so the scan can build
     // the grouped charts' indexes for the refresh that follows it.
@@ -185,9 +187,16 @@ void MainWindow::onWorkerOperationDone()
     tableModel->select();
     while (tableModel->canFetchMore())
         tableModel->fetchMore();
-    labelStatus->setText("Valid files: " + QString::number(tableModel->rowCount()));
+    QString status = "Valid files: " + QString::number(tableModel->rowCount());
+    if (everyTypeUntilSwitched)
+        status += tr(" (no file type is switched on: this run reads every type)");
+    labelStatus->setText(status);
     workerRunning = false;
     updateCharts();
+    // A scan stopped for a newer one still ends with operationDone(), late; only the current
+    // scan's end is announced.
+    if (sender() == worker)
+        emit scanFinished(status);
 }
 
 void MainWindow::updateCharts()

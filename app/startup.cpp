@@ -1,5 +1,7 @@
 #include "startup.h"
 
+#include "mainwindow.h"
+
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFile>
@@ -59,6 +61,19 @@ bool applyStyleSheet(QApplication &app, const QString &resourcePath, QTextStream
     QTextStream in(&file);
     app.setStyleSheet(in.readAll());
     return true;
+}
+
+void quitAfterFirstScanWhenAsked(MainWindow &window, QTextStream &out)
+{
+    if (!qEnvironmentVariableIsSet(quitAfterFirstScanVariable))
+        return;
+    QObject::connect(
+        &window, &MainWindow::scanFinished, &window,
+        [&out](const QString &status) {
+            out << status << Qt::endl;
+            QCoreApplication::quit();
+        },
+        Qt::SingleShotConnection);
 }
 
 } // namespace Startup

@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 
+class MainWindow;
 class QApplication;
 class QSplashScreen;
 class QTextStream;
@@ -22,5 +23,14 @@ QSplashScreen *showSplashScreen();
 // Makes the sheet at `resourcePath` the application's style sheet. Without it the program runs
 // unstyled and says so once on `out`.
 bool applyStyleSheet(QApplication &app, const QString &resourcePath, QTextStream &out);
+
+// The environment variable that makes the program print the status line of its first scan on
+// standard output and quit (for scripts and CI). The window is closed without the quit question
+// and without writing the settings store.
+inline constexpr char quitAfterFirstScanVariable[] = "KELVARO_QUIT_AFTER_FIRST_SCAN";
+
+// Connects the window so that, when quitAfterFirstScanVariable is set, its first finished scan
+// prints the status line on `out` and ends the application's event loop.
+void quitAfterFirstScanWhenAsked(MainWindow &window, QTextStream &out);
 
 } // namespace Startup

@@ -1,5 +1,7 @@
 #include "chartdate3d.h"
 
+#include "photodatabase.h"
+
 #include <Q3DBars>
 #include <Q3DCamera>
 #include <Q3DScene>
@@ -12,6 +14,7 @@
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
 #include <QSqlQuery>
+#include <QVariant>
 #include <QVBoxLayout>
 #include <QValue3DAxis>
 
@@ -106,17 +109,9 @@ QString ChartDate3D::columnAxisTitle() const
 
 QDate ChartDate3D::parseExifDate(const QString &text)
 {
-    // "yyyy:MM:dd" and then, in the stored form, " HH:mm:ss"; only the date counts.
-    if (text.size() < 10)
-        return {};
-    for (int i = 0; i < 10; ++i) {
-        const QChar c = text.at(i);
-        const bool separator = i == 4 || i == 7;
-        if (separator ? c != QLatin1Char(':') : (c < QLatin1Char('0') || c > QLatin1Char('9')))
-            return {};
-    }
-    // QDate refuses year 0, month 13, February 30 and the like.
-    return QDate(text.left(4).toInt(), text.mid(5, 2).toInt(), text.mid(8, 2).toInt());
+    // The field read as a QDate: Qt takes "yyyy?MM?dd" with any punctuation for the two '?' when
+    // no digit follows the day, so "2023:03:14", "2023-03-14" and "2023/03/14" all count.
+    return QVariant(text).toDate();
 }
 
 void ChartDate3D::extractDateTimeData()
@@ -124,9 +119,9 @@ void ChartDate3D::extractDateTimeData()
     photosPerDay.clear();
     QSqlQuery query(db);
     query.setForwardOnly(true);
-    // Counting per date part in SQL gives the same counts as reading every row and saves
-    // converting 100,000 texts one by one; the date part is all the parser looks at.
-    if (!query.exec(QStringLiteral("SELECT substr(Date, 1, 10), count(*) FROM Dateien GROUP BY 1")))
+    // Counting per date prefix in SQL gives the same counts as reading every row and saves
+    // converting 100,000 texts one by one.
+    if (!query.exec(PhotoDatabase::photosPerDayStatement))
         return;
     while (query.next()) {
         const QDate day = parseExifDate(query.value(0).toString());

@@ -55,7 +55,8 @@ public:
     // context. Q3DBars crashes without one.
     static bool openGLAvailable();
 
-    // "2023:03:14 10:11:12" (or just its date part) to a date; an invalid date for anything else.
+    // A stored date text ("2023:03:14 10:11:12") to its date, as Qt converts the field to a QDate;
+    // an invalid date for texts that do not convert.
     static QDate parseExifDate(const QString &text);
 
     static const QString placeholderText;

@@ -68,6 +68,15 @@ bool failedOnTableLock(const QSqlQuery &query)
 // pragma: a statistic query holds its lock for milliseconds, so waiting for it keeps the row. The
 // wait is bounded so that a reader that never lets go (a half-fetched result set) cannot stall
 // the scan, and it ends early when the scan is being stopped, whose rows are discarded anyway.
+namespace {
+std::function<void()> lockedRetryHook;
+} // namespace
+
+void setLockedRetryHook(std::function<void()> hook)
+{
+    lockedRetryHook = std::move(hook);
+}
+
 bool insertRetryingWhileLocked(const std::function<InsertAttempt()> &attempt)
 {
     InsertAttempt result = attempt();
@@ -78,6 +87,8 @@ bool insertRetryingWhileLocked(const std::function<InsertAttempt()> &attempt)
          ++retry) {
         if (thread->isInterruptionRequested())
             return false;
+        if (lockedRetryHook)
+            lockedRetryHook();
         // The first retries only give the reader the processor; later ones sleep briefly.
         if (retry < 20)
             QThread::yieldCurrentThread();

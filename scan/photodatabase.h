@@ -72,8 +72,14 @@ inline const QStringList statisticIndexStatements {
     QStringLiteral("CREATE INDEX IF NOT EXISTS StatExpTime ON DATEIEN (EXPTIME, EXPTIMESTRING)"),
     QStringLiteral("CREATE INDEX IF NOT EXISTS StatMeteringMode ON DATEIEN (METERINGMODE)"),
     QStringLiteral("CREATE INDEX IF NOT EXISTS StatExposureMode ON DATEIEN (EXPOSUREMODE)"),
-    QStringLiteral("CREATE INDEX IF NOT EXISTS StatDay ON DATEIEN (substr(DATE, 1, 10))"),
+    QStringLiteral("CREATE INDEX IF NOT EXISTS StatDay ON DATEIEN (substr(DATE, 1, 11))"),
 };
+
+// The date chart's photos per day. A date text converts to a QDate by its first eleven
+// characters alone (the date and the one after it, which must be no digit), so counting per
+// eleven-character prefix gives the counts of converting every row's text.
+inline const QString photosPerDayStatement =
+    QStringLiteral("SELECT substr(Date, 1, 11), count(*) FROM Dateien GROUP BY 1");
 
 // Builds the statistic indexes and the further ones given (CREATE INDEX statements; empty ones are
 // passed over). One that cannot be built (the table locked by a reader) only makes the next chart
@@ -89,6 +95,12 @@ enum class InsertAttempt { Stored, Locked, Failed };
 // lock on the table (SQLITE_LOCKED), it is tried again for up to lockedRetryLimitMs, unless the
 // current thread is asked to stop meanwhile. Returns whether the row was stored.
 bool insertRetryingWhileLocked(const std::function<InsertAttempt()> &attempt);
+
+// Called on the inserting thread each time an INSERT has been refused for a table lock and is
+// about to be tried again; an empty function (the default) does nothing. Tests use it to let the
+// lock go at exactly that point instead of hoping that one thread outruns another. Set it while
+// no scan runs.
+void setLockedRetryHook(std::function<void()> hook);
 
 // Executes a prepared INSERT, retried as above.
 bool execInsert(QSqlQuery &insert);

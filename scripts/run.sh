@@ -12,7 +12,7 @@ cmake --build --preset release -j "$(nproc)"
 if [ $# -eq 0 ]; then
     library="$PWD/samples-library"
     if [ ! -d "$library" ]; then
-        ./build/release/tools/kelvaro-make-samples "$library"
+        ./build/release/tools/make-samples/kelvaro-make-samples "$library"
     fi
     # One directory per year: all of them are selected, so the first scan covers the library.
     set -- "$library"/*/

@@ -75,6 +75,7 @@ private slots:
     void themeChangeRebuildsEveryChartAndKeepsTheCamera();
     void rescansWhileTheThemeChangesLoseNoRow();
     void commandLineDirectoriesAreScanned();
+    void commandLineFallbackIsNeverStored();
     void commandLineKeepsEnabledFileTypes();
 
 private:
@@ -392,15 +393,38 @@ void TestScanControl::commandLineDirectoriesAreScanned()
     window = std::make_unique<MainWindow>(QStringList { a, b });
     MainWindowProbe probe(*window);
     QVERIFY(waitForScanEnd(*window));
-    QCOMPARE(probe.status(), QString("Valid files: 6"));
     QCOMPARE(QSet<QString>(probe.selectedDirectories().begin(), probe.selectedDirectories().end()),
              (QSet<QString> { a, b }));
-    // No file type was on: this run looks at all of them.
-    QCOMPARE(probe.fileFilters(), allPatterns);
+    // No file type was on: this run reads every type, says so, and switches nothing on.
+    QCOMPARE(probe.status(),
+             QString("Valid files: 6 (no file type is switched on: this run reads every type)"));
+    QCOMPARE(probe.fileFilters(), QList<QString>());
     for (const char *name :
          { "actionCanon_cr2", "actionCanon_cr3", "action_dng", "actionFuji_raf", "actionNikon_nef",
            "action_jpg", "actionSony_arw", "actionPanasonic_rw2", "actionOlympus_orf" })
-        QVERIFY2(window->findChild<QAction *>(name)->isChecked(), name);
+        QVERIFY2(!window->findChild<QAction *>(name)->isChecked(), name);
+}
+
+// The user's own choice is what reaches the store: the stand-in for every type is never saved,
+// and the first switch the user makes ends it.
+void TestScanControl::commandLineFallbackIsNeverStored()
+{
+    const QString a = sandbox->makeDir("a");
+    writePhotos(a, 2, fixture::typicalTags());
+    writeStore({});
+
+    window = std::make_unique<MainWindow>(QStringList { a });
+    MainWindowProbe probe(*window);
+    QVERIFY(waitForScanEnd(*window));
+    probe.saveSettings();
+    QCOMPARE(readStore("OtherSettings/fileFilters").toStringList(), QStringList());
+
+    window->findChild<QAction *>("actionNikon_nef")->trigger();
+    QVERIFY(waitForScanEnd(*window));
+    QCOMPARE(probe.status(), QString("Valid files: 0"));
+    QCOMPARE(probe.fileFilters(), QList<QString> { "*.nef" });
+    probe.saveSettings();
+    QCOMPARE(readStore("OtherSettings/fileFilters").toStringList(), QStringList { "*.nef" });
 }
 
 void TestScanControl::commandLineKeepsEnabledFileTypes()

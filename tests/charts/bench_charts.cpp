@@ -11,6 +11,7 @@
 
 #include "chartdate3d.h"
 #include "chartsfixture.h"
+#include "photodatabase.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -155,7 +156,7 @@ int main(int argc, char **argv)
     QStringList statements;
     for (QTableView *view : std::as_const(tableViews))
         statements.append(qobject_cast<QSqlQueryModel *>(view->model())->query().lastQuery());
-    statements.append("SELECT substr(Date, 1, 10), count(*) FROM Dateien GROUP BY 1");
+    statements.append(PhotoDatabase::photosPerDayStatement);
     for (int i = 0; i < statements.size(); ++i) {
         const std::clock_t start = std::clock();
         QSqlQuery query(table.database());

@@ -68,15 +68,26 @@ void TestChartDate::parsesExifDates_data()
     QTest::newRow("blanks of an unset clock") << "    :  :     :  :  " << QDate();
     QTest::newRow("month thirteen") << "2023:13:01 12:00:00" << QDate();
     QTest::newRow("day zero") << "2023:05:00 12:00:00" << QDate();
-    QTest::newRow("hyphens instead of colons") << "2023-03-14 10:11:12" << QDate();
+    QTest::newRow("dashes") << "2023-03-14 10:11:12" << QDate(2023, 3, 14);
+    QTest::newRow("slashes") << "2023/03/14 10:11:12" << QDate(2023, 3, 14);
+    QTest::newRow("dots") << "2023.03.14 10:11:12" << QDate(2023, 3, 14);
+    QTest::newRow("mixed separators") << "2023:03-14 10:11:12" << QDate(2023, 3, 14);
+    QTest::newRow("ISO form with T") << "2023-03-14T10:11:12" << QDate(2023, 3, 14);
+    QTest::newRow("blank as separator") << "2023 03 14 10:11:12" << QDate();
+    QTest::newRow("letter as separator") << "2023x03x14 10:11:12" << QDate();
+    QTest::newRow("a digit right after the day") << "2023:03:141 10:11:12" << QDate();
+    QTest::newRow("a digit after the day, date alone") << "2023:03:1410" << QDate();
     QTest::newRow("too short") << "2023:03:1" << QDate();
+    QTest::newRow("nine characters") << "2023:3:14" << QDate();
     QTest::newRow("sign in the year") << "+023:03:14 10:11:12" << QDate();
 }
 
+// The chart counts exactly the dates that Qt's own conversion of the field accepts.
 void TestChartDate::parsesExifDates()
 {
     QFETCH(QString, text);
     QFETCH(QDate, date);
+    QCOMPARE(ChartDate3D::parseExifDate(text), QVariant(text).toDate());
     QCOMPARE(ChartDate3D::parseExifDate(text), date);
 }
 
@@ -115,6 +126,11 @@ void TestChartDate::layoutByDateSpan_data()
                          "2023:03:14 10:11:12" }
         << QStringList { "March" } << days() << "Year 2023"
         << "Day" << QStringList { "0,13,1" };
+    QTest::newRow("dashes, slashes and dots count like colons; a digit after the day does not")
+        << QStringList { "2023-03-14 10:11:12", "2023/03/14 08:00:00", "2023.03.20 08:00:00",
+                         "2023:03:141 10:11:12", "2023:03:20" }
+        << QStringList { "March" } << days() << "Year 2023"
+        << "Day" << QStringList { "0,13,2", "0,19,2" };
     QTest::newRow("no valid date: no rows")
         << QStringList { "n.a.", "" } << QStringList() << QStringList() << QString() << QString()
         << QStringList();

@@ -163,6 +163,44 @@ QStringList scanOnThread(TMyWorkerObject &worker, bool interruptFirst)
     return events;
 }
 
+void bindRow(QSqlQuery &insert, const QString &fileName)
+{
+    insert.bindValue(":filename", fileName);
+    insert.bindValue(":date", "2023:07:14 18:30:05");
+    insert.bindValue(":maker", "Canon");
+    insert.bindValue(":model", "Canon EOS R5");
+    insert.bindValue(":lens", "RF50mm F1.2 L USM");
+    insert.bindValue(":focallength", 50.0);
+    insert.bindValue(":iso", 400);
+    insert.bindValue(":fnumber", "2.8");
+    insert.bindValue(":exptime", 0.004);
+    insert.bindValue(":exptimestring", "1/250");
+    insert.bindValue(":meteringmode", "Matrix");
+    insert.bindValue(":exposuremode", "Program AE");
+}
+
+bool insertRows(const QSqlDatabase &db, int count)
+{
+    QSqlQuery insert(db);
+    if (!insert.prepare(PhotoDatabase::insertStatement))
+        return false;
+    for (int i = 0; i < count; ++i) {
+        bindRow(insert, QStringLiteral("IMG_%1.JPG").arg(i));
+        if (!insert.exec())
+            return false;
+    }
+    return true;
+}
+
+std::unique_ptr<QSqlQuery> openHalfReadSelect(const QSqlDatabase &db)
+{
+    auto select = std::make_unique<QSqlQuery>(db);
+    select->setForwardOnly(true);
+    select->exec(QStringLiteral("SELECT FILENAME FROM DATEIEN"));
+    select->next();
+    return select;
+}
+
 void closeMainConnection(QSqlDatabase &db)
 {
     db.close();

@@ -9,6 +9,7 @@
 
 #include <memory>
 
+class QSqlQuery;
 class TMyWorkerObject;
 
 // Photo trees, workers and table look-ups shared by the scan tests.
@@ -44,6 +45,16 @@ std::unique_ptr<TMyWorkerObject> makeWorker(QList<QString> directories,
 // first when interruptFirst), and returns what it reported: "update <count>" and "done".
 QStringList scanHere(TMyWorkerObject &worker);
 QStringList scanOnThread(TMyWorkerObject &worker, bool interruptFirst);
+
+// Binds one complete row, named fileName, to a prepared INSERT of the photo table.
+void bindRow(QSqlQuery &insert, const QString &fileName);
+// Inserts count such rows (IMG_0.JPG, IMG_1.JPG ...); false when one is not stored.
+bool insertRows(const QSqlDatabase &db, int count);
+
+// A SELECT that has read its first row and stays open, as a table model's statement does until
+// the model has fetched every row. Without read-uncommitted its connection holds the table's
+// read lock meanwhile.
+std::unique_ptr<QSqlQuery> openHalfReadSelect(const QSqlDatabase &db);
 
 // Closes and removes the main connection, which ends the in-memory database.
 void closeMainConnection(QSqlDatabase &db);

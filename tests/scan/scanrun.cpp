@@ -9,8 +9,7 @@ ScanRun::ScanRun(QList<QString> directories, QList<QString> patterns, bool inclu
     : QObject(parent)
 {
     QList<QString> noExcludes;
-    auto *worker =
-        new TMyWorkerObject(directories, patterns, includeSubDirs, noExcludes, noExcludes);
+    worker = new TMyWorkerObject(directories, patterns, includeSubDirs, noExcludes, noExcludes);
     thread = new QThread(this);
     worker->moveToThread(thread);
     connect(thread, &QThread::started, worker, &TMyWorkerObject::doOperation);
@@ -25,6 +24,12 @@ ScanRun::ScanRun(QList<QString> directories, QList<QString> patterns, bool inclu
 ScanRun::~ScanRun()
 {
     stop();
+}
+
+void ScanRun::onEveryUpdate(std::function<void(int)> step)
+{
+    connect(worker, &TMyWorkerObject::operationUpdate, this, std::move(step),
+            Qt::BlockingQueuedConnection);
 }
 
 void ScanRun::start()

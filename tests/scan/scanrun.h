@@ -6,6 +6,8 @@
 #include <QString>
 #include <QThread>
 
+#include <functional>
+
 class TMyWorkerObject;
 
 // One scan run the way the main window runs it: a new worker moved to a new QThread, the thread's
@@ -20,6 +22,11 @@ public:
             QObject *parent = nullptr);
     ~ScanRun() override;
 
+    // Runs step on this (the main) thread at every progress report while the worker waits for it
+    // to return, so that the test acts at known points of the scan. Set before start(); such a
+    // scan must run to its end (stop() while the worker waits would never return).
+    void onEveryUpdate(std::function<void(int count)> step);
+
     void start();
     // Stops as the main window does: interruption, quit, and a wait without a time limit.
     void stop();
@@ -33,6 +40,7 @@ public:
 
 private:
     QPointer<QThread> thread;
+    QPointer<TMyWorkerObject> worker;
     int dones = 0;
     QList<int> counts;
 };

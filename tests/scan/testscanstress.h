@@ -14,8 +14,8 @@ private slots:
     void init();
     void cleanupTestCase();
 
-    void chartRefreshDuringScanKeepsEveryRow();
-    void statisticsQueriedDuringScanKeepEveryRow();
+    void readersDuringScanKeepEveryRow_data();
+    void readersDuringScanKeepEveryRow();
     void readerLocksAndInserts_data();
     void readerLocksAndInserts();
     void workerKeepsRowsWhenAReaderLacksThePragma();
