@@ -82,7 +82,7 @@ log "building (release preset)"
 # Tests are not needed here; leaving them out keeps the benchmark independent of their state.
 cmake --preset release -DKELVARO_BUILD_TESTS=OFF >/dev/null
 cmake --build --preset release --target kelvaro_bench_corpus kelvaro_bench_floor \
-    kelvaro_bench_scan kelvaro_bench_stages kelvaro_bench_charts
+    kelvaro_bench_scan kelvaro_bench_stages kelvaro_bench_charts kelvaro_bench_stop
 
 log "corpus"
 "$OUT_DIR/kelvaro_bench_corpus" "$CORPUS"
@@ -154,6 +154,10 @@ log "updateCharts() over $CHART_ROWS rows, $CHART_REFRESHES refreshes"
 CHARTS="$(QT_QPA_PLATFORM=offscreen "$OUT_DIR/kelvaro_bench_charts" "$CHART_ROWS" "$RUNS" \
     "$CHART_REFRESHES" 2>/dev/null | grep '^RESULT')"
 echo "$CHARTS" >&2
+
+log "stopping a scan with $CHART_ROWS rows stored"
+STOP="$("$OUT_DIR/kelvaro_bench_stop" "$SMALL" "$CHART_ROWS" "$RUNS")"
+echo "$STOP" >&2
 LOAD_END="$(loadavg)"
 
 # ---- the table ----
@@ -197,6 +201,7 @@ TABLE="$OUT_DIR/results.md"
     echo "| Peak memory growth of the scan (VmHWM after - before, $((RUNS + 1)) scans) | $HWM MB | <= 16 MB | $(verdict "$HWM <= 16") |"
     echo "| updateCharts() over $(c rows) rows (11 controllers + date chart data), median of $RUNS | $CHART_MS ms | < 400 ms | $(verdict "$CHART_MS < 400") |"
     echo "| Building the statistic indexes over $(c rows) rows (9 column indexes and the 2 grouped charts' range indexes; the scan builds them on its thread when its rows are in, so they are part of the scan's time, not of updateCharts()) | $(c index_ms) ms | | |"
+    echo "| Stopping a scan with $(field rows "$STOP") rows stored: from the stop request (interruption, quit, wait) to the emptied table, when the window handles events again; median of $RUNS | $(field median_ms "$STOP") ms (runs $(field runs_ms "$STOP" | tr ',' ' ')) | | |"
     echo "| updateCharts() by part (ms, each made alone on its own views, median of $RUNS) | $PARTS | | |"
     echo "| Live chart objects after 1 refresh ($(c count_rows) rows) | $LIVE_1 | | |"
     echo "| Live chart objects after $(c refreshes) refreshes | $LIVE_N | no growth beyond the kept grouped focal-length controller and its model ($KEPT each) | $(verdict "$LIVE_GROWTH <= 0") |"

@@ -68,7 +68,10 @@ void TMyWorkerObject::doOperation()
 
     // The statement must be released before its connection closes.
     inserter.reset();
-    PhotoDatabase::createStatisticIndexes(db, groupedStatisticIndexes);
+    // A stopped scan's rows are dropped at once by the window that stopped it, which waits for
+    // this thread: indexes over them would only keep it waiting.
+    if (!QThread::currentThread()->isInterruptionRequested())
+        PhotoDatabase::createStatisticIndexes(db, groupedStatisticIndexes);
     db.close();
     emit operationDone();
 }

@@ -29,6 +29,7 @@ private slots:
     void stopEndsOnlyTheCurrentDirectory();
     void idsContinueInTheNextScan();
     void indexesAreBuiltWhenTheRowsAreIn();
+    void stoppedScanBuildsNoIndexes();
     void rowsAreSeenFromAnotherThread();
     void workerConnection();
     void metaObjectOrder();
