@@ -45,7 +45,8 @@ public:
     ~MainWindow() override;
 
 signals:
-    // At the end of the current scan, with the status line's text, once the charts are drawn.
+    // At the end of a scan that was not stopped, with the status line's text, once the charts
+    // are drawn.
     void scanFinished(const QString &statusText);
 
 protected:
@@ -138,6 +139,9 @@ private:
     // Goes null when the thread has deleted itself after its scan.
     QPointer<QThread> workerThread;
     TMyWorkerObject *worker = nullptr;
+    // Moves on with every scan started and every stop: a scan that ends while its number is still
+    // current ran to its end.
+    int scanNumber = 0;
     QString lastDirectory;
     bool includeSubDirs = false;
     QList<QString> fileFilters {

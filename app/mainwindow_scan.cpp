@@ -163,6 +163,13 @@ void MainWindow::doWorkerOperation()
     connect(workerThread, &QThread::finished, worker, &QObject::deleteLater);
     connect(worker, &TMyWorkerObject::operationDone, this, &MainWindow::onWorkerOperationDone);
     connect(worker, &TMyWorkerObject::operationUpdate, this, &MainWindow::onWorkerOperationUpdate);
+    // After the window's own slot. A stopped scan still ends with operationDone(), late: only a
+    // scan that ran to its end is announced. (By number: the finished thread may already have
+    // deleted the worker, and a new one can live at the same address.)
+    connect(worker, &TMyWorkerObject::operationDone, this, [this, scan = ++scanNumber] {
+        if (scan == scanNumber)
+            emit scanFinished(labelStatus->text());
+    });
 
     workerThread->start(QThread::InheritPriority);
 }
@@ -172,6 +179,7 @@ void MainWindow::stopWorkerThread()
 {
     if (!workerThread)
         return;
+    ++scanNumber;
     workerThread->requestInterruption();
     workerThread->exit(0);
     workerThread->wait();
@@ -187,16 +195,12 @@ void MainWindow::onWorkerOperationDone()
     tableModel->select();
     while (tableModel->canFetchMore())
         tableModel->fetchMore();
-    QString status = "Valid files: " + QString::number(tableModel->rowCount());
-    if (everyTypeUntilSwitched)
-        status += tr(" (no file type is switched on: this run reads every type)");
-    labelStatus->setText(status);
+    labelStatus->setText("Valid files: " + QString::number(tableModel->rowCount())
+                         + (everyTypeUntilSwitched
+                                ? tr(" (no file type is switched on: this run reads every type)")
+                                : QString()));
     workerRunning = false;
     updateCharts();
-    // A scan stopped for a newer one still ends with operationDone(), late; only the current
-    // scan's end is announced.
-    if (sender() == worker)
-        emit scanFinished(status);
 }
 
 void MainWindow::updateCharts()

@@ -71,7 +71,9 @@ void quitAfterFirstScanWhenAsked(MainWindow &window, QTextStream &out)
         &window, &MainWindow::scanFinished, &window,
         [&out](const QString &status) {
             out << status << Qt::endl;
-            QCoreApplication::quit();
+            // exit(), not quit(): quit() would close the window first, and its close asks the
+            // quit question.
+            QCoreApplication::exit(0);
         },
         Qt::SingleShotConnection);
 }

@@ -27,8 +27,9 @@ bool fillTable(QSqlDatabase &db, int rows)
     insert.prepare(PhotoDatabase::insertStatement);
     for (int i = 0; i < rows; ++i) {
         insert.bindValue(":filename", QStringLiteral("IMG_%1.JPG").arg(i));
-        insert.bindValue(":date", QStringLiteral("2023:07:%1 18:30:05").arg(1 + i % 28, 2, 10,
-                                                                             QLatin1Char('0')));
+        insert.bindValue(
+            ":date",
+            QStringLiteral("2023:07:%1 18:30:05").arg(1 + i % 28, 2, 10, QLatin1Char('0')));
         insert.bindValue(":maker", QStringLiteral("Maker %1").arg(i % 8));
         insert.bindValue(":model", QStringLiteral("Model %1").arg(i % 30));
         insert.bindValue(":lens", QStringLiteral("Lens %1").arg(i % 60));

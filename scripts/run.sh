@@ -7,7 +7,8 @@ cd "$(dirname "$0")/.."
 bash scripts/install-deps.sh
 export CCACHE_BASEDIR="$PWD"
 cmake --preset release
-cmake --build --preset release -j "$(nproc)"
+# Only what this command starts: the program and the sample library writer.
+cmake --build --preset release -j "$(nproc)" --target kelvaro kelvaro-make-samples
 
 if [ $# -eq 0 ]; then
     library="$PWD/samples-library"

@@ -66,6 +66,8 @@ public:
         return controllers[statistic];
     }
 
+    int scanFinishedReceivers() const { return w.receivers(SIGNAL(scanFinished(QString))); }
+
     void clearTable() { w.clearTable(); }
     void rescan() { w.refreshData(); }
     void stopWorkerThread() { w.stopWorkerThread(); }

@@ -11,6 +11,7 @@
 #include <QAction>
 #include <QChartView>
 #include <QComboBox>
+#include <QSignalSpy>
 #include <QSqlQuery>
 #include <QTableView>
 #include <QTest>
@@ -227,6 +228,7 @@ void TestScanControl::deselectingDuringAScanStopsIt()
     MainWindowProbe probe(*window);
     QPointer<QThread> running = probe.workerThread();
     QVERIFY(running);
+    QSignalSpy finished(window.get(), &MainWindow::scanFinished);
 
     ScanWatcher scans;
     window->findChild<QTreeView *>("treeViewDir")->selectionModel()->clearSelection();
@@ -241,6 +243,8 @@ void TestScanControl::deselectingDuringAScanStopsIt()
     QCOMPARE(probe.status(), QString("Valid files: %1").arg(kept));
     QCOMPARE(storedRows(*window), kept);
     QCOMPARE(scans.scansStarted(), 0);
+    // Not the current scan's end: nothing is announced.
+    QCOMPARE(finished.count(), 0);
 }
 
 void TestScanControl::progressIsShownEveryFiftyFiles()
@@ -261,8 +265,11 @@ void TestScanControl::progressIsShownEveryFiftyFiles()
             shownBefore << probe.status();
         });
     };
+    QSignalSpy finished(window.get(), &MainWindow::scanFinished);
     QVERIFY(selectDirectories(*window, { many }));
     QVERIFY(waitForScanEnd(*window));
+    QCOMPARE(finished.count(), 1);
+    QCOMPARE(finished.first().first().toString(), QString("Valid files: 150"));
     QCOMPARE(scans.scansStarted(), 1);
     QCOMPARE(counts, (QList<int> { 50, 100, 150 }));
     QCOMPARE(shownBefore, (QStringList { "", "Scanned files... 50", "Scanned files... 100" }));

@@ -1,12 +1,18 @@
 // main()'s steps before the window: command line, splash screen and style sheet.
+#include "apptestsupport.h"
+#include "mainwindowprobe.h"
 #include "startup.h"
 #include "testutils.h"
+
+#include <QProcess>
 
 #include <QApplication>
 #include <QFile>
 #include <QSplashScreen>
 #include <QTest>
 #include <QTextStream>
+
+using namespace apptest;
 
 class TestStartup : public QObject
 {
@@ -18,6 +24,9 @@ private slots:
     void splashScreenShowsVersionAndClosesItself();
     void startDirectories_data();
     void startDirectories();
+    void quitAfterFirstScanOnlyWhenAsked_data();
+    void quitAfterFirstScanOnlyWhenAsked();
+    void programPrintsFirstScansStatusAndQuits();
 };
 
 void TestStartup::styleSheet_data()
@@ -121,6 +130,61 @@ void TestStartup::startDirectories()
     errors.flush();
     QCOMPARE(directories, expected);
     QCOMPARE(!notes.isEmpty(), noted);
+}
+
+void TestStartup::quitAfterFirstScanOnlyWhenAsked_data()
+{
+    QTest::addColumn<bool>("asked");
+    QTest::newRow("variable set: connected") << true;
+    QTest::newRow("variable not set: the window stays") << false;
+}
+
+void TestStartup::quitAfterFirstScanOnlyWhenAsked()
+{
+    struct ReleaseDatabase
+    {
+        ~ReleaseDatabase() { releaseDatabase(); }
+    } releaseAfterwards;
+    QFETCH(bool, asked);
+    testutils::Sandbox sandbox;
+    writeStore({ { "OtherSettings/lastDirectory", sandbox.path() } });
+    if (asked)
+        qputenv(Startup::quitAfterFirstScanVariable, "1");
+    else
+        qunsetenv(Startup::quitAfterFirstScanVariable);
+    MainWindow window;
+    QString printed;
+    QTextStream out(&printed);
+    Startup::quitAfterFirstScanWhenAsked(window, out);
+    qunsetenv(Startup::quitAfterFirstScanVariable);
+    QCOMPARE(MainWindowProbe(window).scanFinishedReceivers(), asked ? 1 : 0);
+    // Quitting is the program's business (see below), not this test run's.
+    QObject::disconnect(&window, &MainWindow::scanFinished, nullptr, nullptr);
+    QVERIFY(waitForScanEnd(window));
+    QCOMPARE(printed, QString());
+}
+
+// What CI relies on for the README's run command: the real program, started on a folder with no
+// file type on in a fresh configuration, prints its first scan's status line and ends by itself.
+void TestStartup::programPrintsFirstScansStatusAndQuits()
+{
+    testutils::Sandbox sandbox;
+    const QString photos = sandbox.makeDir("photos");
+    QVERIFY(writePhotos(photos, 3, fixture::typicalTags(), "IMG_"));
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("XDG_CONFIG_HOME", sandbox.makeDir("config"));
+    environment.insert("QT_QPA_PLATFORM", "offscreen");
+    environment.insert(Startup::quitAfterFirstScanVariable, "1");
+    program.setProcessEnvironment(environment);
+    program.start(KELVARO_APP_BINARY, { photos });
+    QVERIFY2(program.waitForFinished(120000), "the program did not end after its first scan");
+    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.exitCode(), 0);
+    const QStringList lines = QString::fromUtf8(program.readAllStandardOutput()).split('\n');
+    QVERIFY2(
+        lines.contains("Valid files: 3 (no file type is switched on: this run reads every type)"),
+        qPrintable(lines.join(" | ")));
 }
 
 int runStartupTests(int argc, char **argv)

@@ -22,8 +22,7 @@ inline QStringList testFunctions(const QObject *test)
         const QMetaMethod method = meta->method(i);
         const QString name = QString::fromLatin1(method.name());
         if (method.methodType() == QMetaMethod::Slot && method.access() == QMetaMethod::Private
-            && method.parameterCount() == 0 && !name.endsWith("_data")
-            && !fixtures.contains(name))
+            && method.parameterCount() == 0 && !name.endsWith("_data") && !fixtures.contains(name))
             names << name;
     }
     return names;
