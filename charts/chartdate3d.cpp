@@ -14,9 +14,9 @@
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
 #include <QSqlQuery>
-#include <QVariant>
 #include <QVBoxLayout>
 #include <QValue3DAxis>
+#include <QVariant>
 
 #include <algorithm>
 #include <cmath>
