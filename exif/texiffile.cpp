@@ -125,6 +125,8 @@ bool TExifFile::processFile()
             firstIfdOffset = qint32(stream.readU32());
             stream.seek(tiffBase + quint32(firstIfdOffset));
             walkChain();
+        } else {
+            readHeif(); // only a file that no other layout took: those behave as before
         }
     }
     stream.close();

@@ -12,10 +12,11 @@
 Q_DECLARE_LOGGING_CATEGORY(lcExifEntries)
 
 // Reads the shooting metadata of one photo file: recognises the file type (TIFF-based raw,
-// JPEG with an Exif APP1 segment, RAF, CR3), walks the TIFF image file directories and fills one
-// public member per known tag. The interpretation operations turn those values into numbers and
-// display texts. One object serves one file and one call of processFile(); the file is only
-// ever opened for reading and is released when processFile() returns.
+// JPEG with an Exif APP1 segment, RAF, CR3, HEIF and AVIF with an Exif item), walks the TIFF image
+// file directories and fills one public member per known tag. The interpretation operations turn
+// those values into numbers and display texts. One object serves one file and one call of
+// processFile(); the file is only ever opened for reading and is released when processFile()
+// returns.
 class TExifFile
 {
 public:
@@ -139,7 +140,9 @@ public:
     quint32 cr3ExifIfdBase = 0;
     bool bigEndian = false;
     bool valid = false;
-    qint32 fileType = 0; // 0 not recognised, 1 TIFF-based raw (also CR3), 2 JPEG
+    // 0 not recognised, 1 TIFF-based raw (also CR3), 2 JPEG (also HEIF and AVIF, whose Exif item
+    // holds what a JPEG's Exif segment holds)
+    qint32 fileType = 0;
 
     // Texts.
     QString ImageDescription = QStringLiteral("n.a.");
@@ -267,6 +270,7 @@ public:
 private:
     bool hasSuffix(const char *upperSuffix) const;
     bool readTiffHeader(bool inJpeg);
+    bool readHeif();
     void walkChain();
     void walkDirectory(int depth);
     void readEntry(quint16 tag, quint32 count, int depth);
