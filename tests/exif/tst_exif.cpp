@@ -1,6 +1,7 @@
 // Runs every test class of the photo metadata reader in one executable; the exit code is
 // non-zero when any of them failed.
 #include "codetablestest.h"
+#include "heifreadertest.h"
 #include "hostilelayouttest.h"
 #include "readertest.h"
 #include "samplestest.h"
@@ -17,12 +18,13 @@ int main(int argc, char *argv[])
     QCoreApplication app(argc, argv);
     ReaderTest reader;
     HostileLayoutTest hostileLayouts;
+    HeifReaderTest heifReader;
     ValuesTest values;
     CodeTablesTest codeTables;
     TagCatalogueTest tagCatalogue;
     SamplesTest samples;
     ToolTest tool;
-    return testutils::runTestObjects(
-        app.arguments(),
-        { &reader, &hostileLayouts, &values, &codeTables, &tagCatalogue, &samples, &tool });
+    return testutils::runTestObjects(app.arguments(),
+                                     { &reader, &hostileLayouts, &heifReader, &values, &codeTables,
+                                       &tagCatalogue, &samples, &tool });
 }
