@@ -2,6 +2,7 @@
 // non-zero when any of them failed.
 #include "codetablestest.h"
 #include "heifreadertest.h"
+#include "heifsamplestest.h"
 #include "hostilelayouttest.h"
 #include "readertest.h"
 #include "samplestest.h"
@@ -23,8 +24,9 @@ int main(int argc, char *argv[])
     CodeTablesTest codeTables;
     TagCatalogueTest tagCatalogue;
     SamplesTest samples;
+    HeifSamplesTest heifSamples;
     ToolTest tool;
     return testutils::runTestObjects(app.arguments(),
                                      { &reader, &hostileLayouts, &heifReader, &values, &codeTables,
-                                       &tagCatalogue, &samples, &tool });
+                                       &tagCatalogue, &samples, &heifSamples, &tool });
 }
