@@ -133,9 +133,9 @@ void MainWindow::selectStartDirectories()
     // Directories named on the command line are meant to be scanned: with every file type off
     // the scan would find nothing, so this run looks at all of them.
     if (fileFilters.isEmpty()) {
-        for (const auto &[action, pattern] : fileTypeActions()) {
+        for (const auto &[action, patterns] : fileTypeActions()) {
             action->setChecked(true);
-            fileFilters.append(pattern);
+            fileFilters.append(patterns);
         }
     }
 }
@@ -150,13 +150,19 @@ void MainWindow::setupConnections()
             &MainWindow::onCurrentTabWidgetChanged);
 }
 
-QList<QPair<QAction *, QString>> MainWindow::fileTypeActions() const
+QList<QPair<QAction *, QStringList>> MainWindow::fileTypeActions() const
 {
-    return { { ui->actionSony_arw, "*.arw" },   { ui->actionCanon_cr2, "*.cr2" },
-             { ui->actionCanon_cr3, "*.cr3" },  { ui->action_dng, "*.dng" },
-             { ui->action_jpg, "*.jpg" },       { ui->actionNikon_nef, "*.nef" },
-             { ui->actionFuji_raf, "*.raf" },   { ui->actionPanasonic_rw2, "*.rw2" },
-             { ui->actionOlympus_orf, "*.orf" } };
+    return { { ui->actionSony_arw, { "*.arw" } },
+             { ui->actionCanon_cr2, { "*.cr2" } },
+             { ui->actionCanon_cr3, { "*.cr3" } },
+             { ui->action_dng, { "*.dng" } },
+             { ui->action_jpg, { "*.jpg" } },
+             { ui->actionNikon_nef, { "*.nef" } },
+             { ui->actionFuji_raf, { "*.raf" } },
+             { ui->actionPanasonic_rw2, { "*.rw2" } },
+             { ui->actionOlympus_orf, { "*.orf" } },
+             // One switch for HEIF and AVIF, whatever suffix the camera or phone gave them.
+             { ui->action_heif, { "*.heic", "*.heif", "*.hif", "*.avif" } } };
 }
 
 // In the order of the tabs 0 to 10.

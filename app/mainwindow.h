@@ -65,6 +65,7 @@ private slots:
     void on_actionSony_arw_triggered();
     void on_action_jpg_triggered();
     void on_action_dng_triggered();
+    void on_action_heif_triggered();
     void on_actionIncludeSubDirs_triggered();
     void onWorkerOperationUpdate(int count);
     void onWorkerOperationDone();
@@ -108,7 +109,7 @@ private:
     void verarbeiteKontextMenu(QObject *watched, QContextMenuEvent *event);
 
     // The file-type switches with their patterns, in the order fileFilters is rebuilt in.
-    QList<QPair<QAction *, QString>> fileTypeActions() const;
+    QList<QPair<QAction *, QStringList>> fileTypeActions() const;
     QList<QChartView *> statisticChartViews() const;
     QList<QSplitter *> statisticSplitters() const;
 
@@ -135,7 +136,7 @@ private:
     bool includeSubDirs = false;
     QList<QString> fileFilters {
         "*.arw", "*.raf", "*.nef", "*.cr2", "*.cr3", "*.rw2", "*.jpg", "*.dng"
-    }; // "*.orf" is not on by default
+    }; // "*.orf" and the HEIF patterns are not on by default
     QList<QString> selectedDirectories;
     bool workerRunning = false;
     int lastTab = 0;

@@ -80,9 +80,9 @@ void MainWindow::refreshData()
 void MainWindow::fileFilterTriggered()
 {
     fileFilters.clear();
-    for (const auto &[action, pattern] : fileTypeActions()) {
+    for (const auto &[action, patterns] : fileTypeActions()) {
         if (action->isChecked())
-            fileFilters.append(pattern);
+            fileFilters.append(patterns);
     }
     onDirectorySelectionChanged();
 }
@@ -123,6 +123,11 @@ void MainWindow::on_actionSony_arw_triggered()
 }
 
 void MainWindow::on_action_jpg_triggered()
+{
+    fileFilterTriggered();
+}
+
+void MainWindow::on_action_heif_triggered()
 {
     fileFilterTriggered();
 }

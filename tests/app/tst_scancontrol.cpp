@@ -49,8 +49,8 @@ QList<qint64> storedIds(MainWindow &window)
     return ids;
 }
 
-const QList<QString> allPatterns { "*.arw", "*.cr2", "*.cr3", "*.dng", "*.jpg",
-                                   "*.nef", "*.raf", "*.rw2", "*.orf" };
+const QList<QString> allPatterns { "*.arw", "*.cr2", "*.cr3",  "*.dng",  "*.jpg", "*.nef", "*.raf",
+                                   "*.rw2", "*.orf", "*.heic", "*.heif", "*.hif", "*.avif" };
 
 } // namespace
 
@@ -163,9 +163,10 @@ void TestScanControl::fileTypesAreCollectedInFixedOrder()
 {
     window = std::make_unique<MainWindow>();
     MainWindowProbe probe(*window);
-    const QStringList clicked { "actionOlympus_orf",   "action_jpg",      "actionCanon_cr3",
-                                "actionPanasonic_rw2", "actionSony_arw",  "action_dng",
-                                "actionFuji_raf",      "actionNikon_nef", "actionCanon_cr2" };
+    const QStringList clicked { "action_heif",     "actionOlympus_orf",   "action_jpg",
+                                "actionCanon_cr3", "actionPanasonic_rw2", "actionSony_arw",
+                                "action_dng",      "actionFuji_raf",      "actionNikon_nef",
+                                "actionCanon_cr2" };
     for (const QString &name : clicked)
         window->findChild<QAction *>(name)->trigger();
     QCOMPARE(probe.fileFilters(), allPatterns);
@@ -397,9 +398,9 @@ void TestScanControl::commandLineDirectoriesAreScanned()
              (QSet<QString> { a, b }));
     // No file type was on: this run looks at all of them.
     QCOMPARE(probe.fileFilters(), allPatterns);
-    for (const char *name :
-         { "actionCanon_cr2", "actionCanon_cr3", "action_dng", "actionFuji_raf", "actionNikon_nef",
-           "action_jpg", "actionSony_arw", "actionPanasonic_rw2", "actionOlympus_orf" })
+    for (const char *name : { "actionCanon_cr2", "actionCanon_cr3", "action_dng", "actionFuji_raf",
+                              "actionNikon_nef", "action_jpg", "actionSony_arw",
+                              "actionPanasonic_rw2", "actionOlympus_orf", "action_heif" })
         QVERIFY2(window->findChild<QAction *>(name)->isChecked(), name);
 }
 
