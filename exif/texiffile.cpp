@@ -49,6 +49,12 @@ TExifFile::TExifFile(QString path)
     stream.open(filePath);
 }
 
+TExifFile::TExifFile(QString path, QByteArray contents)
+    : filePath(std::move(path))
+{
+    stream.openBytes(std::move(contents));
+}
+
 TExifFile::~TExifFile() = default;
 
 // The part behind the last separator, as QFileInfo gives it, without building one per photo.

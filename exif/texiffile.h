@@ -22,6 +22,9 @@ class TExifFile
 public:
     TExifFile();
     explicit TExifFile(QString path);
+    // Reads contents as the file at path would be read (its name still decides the suffix
+    // tests); the file itself is never opened. For callers that hold the bytes already.
+    TExifFile(QString path, QByteArray contents);
     ~TExifFile();
     TExifFile(const TExifFile &) = delete;
     TExifFile &operator=(const TExifFile &) = delete;

@@ -21,7 +21,7 @@ cmake --build --preset fuzz --parallel 2 --target fuzz_exiffile fuzz_seed_corpus
 
 mkdir -p "$corpus" "$artifacts"
 sources=()
-for dir in "$root/../shared/samples" "$root/../shared/malformed"; do
+for dir in "$root/../shared/samples" "$root/../shared/samples-heif" "$root/../shared/malformed"; do
     if [ -d "$dir" ]; then
         sources+=("$dir")
     fi
@@ -31,7 +31,7 @@ done
 export ASAN_OPTIONS="${ASAN_OPTIONS:-abort_on_error=1:detect_leaks=1}"
 export UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}"
 exec "$build/fuzz/fuzz_exiffile" \
-    -max_len=65536 -timeout=5 -rss_limit_mb=2048 \
+    -max_len=65536 -timeout=5 -rss_limit_mb=2048 -dict="$root/fuzz/kelvaro.dict" \
     -max_total_time="$seconds" -print_final_stats=1 \
     -artifact_prefix="$artifacts/" \
     "$@" "$corpus"
