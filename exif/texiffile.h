@@ -278,6 +278,7 @@ private:
     void walkDirectory(int depth);
     void readEntry(quint16 tag, quint32 count, int depth);
     bool enterDirectory(qint64 position);
+    int passEntriesPastEnd(int left);
     void readU32ArrayAt(qint64 position, quint32 *values, quint32 count, int capacity);
 
     // Walk state, reset by processFile.
