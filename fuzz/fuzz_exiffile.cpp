@@ -2,13 +2,7 @@
 // every interpretation operation runs on the result. Nothing may crash, hang, read out of bounds
 // or hit undefined behaviour, whatever the bytes.
 //
-// Input layout:
-//
-//   byte 0        file name suffix selector
-//                   bits 0..6, modulo 12: .cr2 .cr3 .raf .nef .arw .rw2 .orf .dng .jpg .xyz
-//                                         .heic .avif
-//                   bit 7 set: the suffix in upper case
-//   bytes 1..     the file's contents
+// Input layout: see fuzzinput.h (byte 0 chooses the suffix, the rest is the file).
 //
 // The suffix matters to the reader: ".cr3" runs the box walk, ".raf" skips the 148-byte header,
 // ".rw2" and ".orf" accept their own TIFF magics; HEIF is recognised by its contents. Suffixes
@@ -19,6 +13,7 @@
 // input cost more than the reading. Both sources share the block reader; only its one positioned
 // read differs, and the tests read every fixture both ways.
 
+#include "fuzzinput.h"
 #include "texiffile.h"
 
 #include <QString>
@@ -27,21 +22,8 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <iterator>
 
 namespace {
-
-const char *const suffixes[] = { ".cr2", ".cr3", ".raf", ".nef", ".arw",  ".rw2",
-                                 ".orf", ".dng", ".jpg", ".xyz", ".heic", ".avif" };
-
-// A name only: nothing is written or opened there.
-QString inputPath(uint8_t selector)
-{
-    QString suffix = QLatin1String(suffixes[(selector & 0x7F) % std::size(suffixes)]);
-    if (selector & 0x80)
-        suffix = suffix.toUpper();
-    return QStringLiteral("/fuzz/input") + suffix;
-}
 
 // Keeps every result alive so nothing is optimised away.
 struct Sink
@@ -153,7 +135,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     {
         // The bytes are only read, and libFuzzer keeps them alive for this call.
         TExifFile exif(
-            inputPath(data[0]),
+            fuzzinput::path(data[0]),
             QByteArray::fromRawData(reinterpret_cast<const char *>(data + 1), qsizetype(size - 1)));
         const bool valid = exif.processFile();
 

@@ -1,6 +1,7 @@
 // Runs every test class of the photo metadata reader in one executable; the exit code is
 // non-zero when any of them failed.
 #include "codetablestest.h"
+#include "fuzzcorpustest.h"
 #include "heifreadertest.h"
 #include "heifsamplestest.h"
 #include "hostilelayouttest.h"
@@ -26,7 +27,8 @@ int main(int argc, char *argv[])
     SamplesTest samples;
     HeifSamplesTest heifSamples;
     ToolTest tool;
+    FuzzCorpusTest fuzzCorpus;
     return testutils::runTestObjects(app.arguments(),
                                      { &reader, &hostileLayouts, &heifReader, &values, &codeTables,
-                                       &tagCatalogue, &samples, &heifSamples, &tool });
+                                       &tagCatalogue, &samples, &heifSamples, &tool, &fuzzCorpus });
 }
