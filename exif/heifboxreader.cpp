@@ -58,12 +58,11 @@ HeifBoxReader::HeifBoxReader(ExifByteReader &stream)
 
 bool HeifBoxReader::readBox(qint64 pos, qint64 parentEnd, Box &box)
 {
-    if (pos < 0 || !exifoffsets::fits(pos, 8, parentEnd))
+    if (!exifoffsets::fits(quint64(pos), 8, quint64(parentEnd)))
         return false;
     stream.seek(pos);
     const quint32 size = stream.readU32();
     box.type = stream.readU32();
-    box.start = pos;
     box.payload = pos + 8;
     quint64 claimed = size;
     if (size == 1) {

@@ -20,17 +20,16 @@ public:
     // the file has no Exif item or its location can't be trusted.
     QByteArray exifItem();
 
+private:
     struct Box
     {
         quint32 type = 0;
-        qint64 start = 0; // the size field
         qint64 payload = 0; // behind the header
         qint64 end = 0; // never beyond the parent's end
     };
     // The box at pos inside a parent ending at parentEnd, or nothing when not even its header fits.
     bool readBox(qint64 pos, qint64 parentEnd, Box &box);
 
-private:
     struct Extent
     {
         quint64 offset = 0;
