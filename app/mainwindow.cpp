@@ -151,18 +151,24 @@ QList<QString> MainWindow::scanPatterns() const
     if (!everyTypeUntilSwitched)
         return fileFilters;
     QList<QString> every;
-    for (const auto &[action, pattern] : fileTypeActions())
-        every.append(pattern);
+    for (const auto &[action, patterns] : fileTypeActions())
+        every.append(patterns);
     return every;
 }
 
-QList<QPair<QAction *, QString>> MainWindow::fileTypeActions() const
+QList<QPair<QAction *, QStringList>> MainWindow::fileTypeActions() const
 {
-    return { { ui->actionSony_arw, "*.arw" },   { ui->actionCanon_cr2, "*.cr2" },
-             { ui->actionCanon_cr3, "*.cr3" },  { ui->action_dng, "*.dng" },
-             { ui->action_jpg, "*.jpg" },       { ui->actionNikon_nef, "*.nef" },
-             { ui->actionFuji_raf, "*.raf" },   { ui->actionPanasonic_rw2, "*.rw2" },
-             { ui->actionOlympus_orf, "*.orf" } };
+    return { { ui->actionSony_arw, { "*.arw" } },
+             { ui->actionCanon_cr2, { "*.cr2" } },
+             { ui->actionCanon_cr3, { "*.cr3" } },
+             { ui->action_dng, { "*.dng" } },
+             { ui->action_jpg, { "*.jpg" } },
+             { ui->actionNikon_nef, { "*.nef" } },
+             { ui->actionFuji_raf, { "*.raf" } },
+             { ui->actionPanasonic_rw2, { "*.rw2" } },
+             { ui->actionOlympus_orf, { "*.orf" } },
+             // One switch for HEIF and AVIF, whatever suffix the camera or phone gave them.
+             { ui->action_heif, { "*.heic", "*.heif", "*.hif", "*.avif" } } };
 }
 
 // In the order of the tabs 0 to 10.

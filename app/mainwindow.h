@@ -70,6 +70,7 @@ private slots:
     void on_actionSony_arw_triggered();
     void on_action_jpg_triggered();
     void on_action_dng_triggered();
+    void on_action_heif_triggered();
     void on_actionIncludeSubDirs_triggered();
     void onWorkerOperationUpdate(int count);
     void onWorkerOperationDone();
@@ -113,7 +114,7 @@ private:
     void verarbeiteKontextMenu(QObject *watched, QContextMenuEvent *event);
 
     // The file-type switches with their patterns, in the order fileFilters is rebuilt in.
-    QList<QPair<QAction *, QString>> fileTypeActions() const;
+    QList<QPair<QAction *, QStringList>> fileTypeActions() const;
     // The patterns the next scan uses: the switched-on types, or every type while a run started
     // on command-line directories finds none on and the user has switched none.
     QList<QString> scanPatterns() const;
@@ -146,7 +147,7 @@ private:
     bool includeSubDirs = false;
     QList<QString> fileFilters {
         "*.arw", "*.raf", "*.nef", "*.cr2", "*.cr3", "*.rw2", "*.jpg", "*.dng"
-    }; // "*.orf" is not on by default
+    }; // "*.orf" and the HEIF patterns are not on by default
     QList<QString> selectedDirectories;
     // Set when command-line directories met a store with no file type on; the first switch the
     // user makes ends it. Never written to the store.

@@ -81,9 +81,9 @@ void MainWindow::fileFilterTriggered()
 {
     everyTypeUntilSwitched = false;
     fileFilters.clear();
-    for (const auto &[action, pattern] : fileTypeActions()) {
+    for (const auto &[action, patterns] : fileTypeActions()) {
         if (action->isChecked())
-            fileFilters.append(pattern);
+            fileFilters.append(patterns);
     }
     onDirectorySelectionChanged();
 }
@@ -124,6 +124,11 @@ void MainWindow::on_actionSony_arw_triggered()
 }
 
 void MainWindow::on_action_jpg_triggered()
+{
+    fileFilterTriggered();
+}
+
+void MainWindow::on_action_heif_triggered()
 {
     fileFilterTriggered();
 }

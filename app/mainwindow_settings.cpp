@@ -67,11 +67,17 @@ void MainWindow::readSettings()
     fileFilters = settings.value("fileFilters", QVariant()).toStringList();
     if (!fileFilters.isEmpty()) {
         const QList<QPair<QString, QAction *>> switches {
-            { "*.cr2", ui->actionCanon_cr2 },  { "*.cr3", ui->actionCanon_cr3 },
-            { "*.dng", ui->action_dng },       { "*.raf", ui->actionFuji_raf },
-            { "*.nef", ui->actionNikon_nef },  { "*.jpg", ui->action_jpg },
-            { "*.arw", ui->actionSony_arw },   { "*.rw2", ui->actionPanasonic_rw2 },
-            { "*.orf", ui->actionOlympus_orf }
+            { "*.cr2", ui->actionCanon_cr2 },
+            { "*.cr3", ui->actionCanon_cr3 },
+            { "*.dng", ui->action_dng },
+            { "*.raf", ui->actionFuji_raf },
+            { "*.nef", ui->actionNikon_nef },
+            { "*.jpg", ui->action_jpg },
+            { "*.arw", ui->actionSony_arw },
+            { "*.rw2", ui->actionPanasonic_rw2 },
+            { "*.orf", ui->actionOlympus_orf },
+            // HEIF's key is its first pattern; the window stores all four while it is on.
+            { "*.heic", ui->action_heif }
         };
         for (const auto &[pattern, action] : switches) {
             if (fileFilters.contains(pattern, Qt::CaseSensitive))

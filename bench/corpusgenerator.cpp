@@ -1,7 +1,9 @@
 // Writes the scan benchmark's photo library: 20,000 files in 40 folders (5 years x 8 events x 500
-// files), 80 % camera JPEGs and 20 % raws of the makers' own formats, and a second library of the
-// first 500 of them padded to 25 MiB each, as full-size raws are. The same seed gives the same
-// bytes on every machine, so figures taken on different days compare.
+// files), 5 % HEIF files of 1 to 3 MiB (half with the Exif item near the start, ".HEIC", half
+// with it at the end, ".HIF"), of the rest 80 % camera JPEGs and 20 % raws of the makers' own
+// formats, and a second library of the first 500 of them padded to 25 MiB each, as full-size raws
+// are. The same seed gives the same bytes on every machine, so figures taken on different days
+// compare.
 #include "benchdata.h"
 #include "photofixture.h"
 
@@ -26,7 +28,7 @@ constexpr int filesPerFolder = 500;
 constexpr int largeFiles = 500;
 constexpr qint64 largeSize = 25 * 1024 * 1024;
 // Changes whenever the corpus layout changes, so that an old corpus is not reused.
-const char *const stamp = "kelvaro bench corpus 2: 20000 files, 500 padded to 25 MiB\n";
+const char *const stamp = "kelvaro bench corpus 3: 20000 files, 5 % HEIF, 500 padded to 25 MiB\n";
 
 const char *const eventNames[foldersPerYear] = { "01_Winter", "02_Carnival", "03_Spring",
                                                  "04_City",   "05_Summer",   "06_Holiday",
@@ -310,6 +312,34 @@ QByteArray photoBytes(Random &random, const Photo &p, bool asRaw)
     }
 }
 
+/*
+ * A HEIF file as a camera or phone writes it: ftyp, meta, then the media data with the image
+ * (1 to 3 MiB) and the Exif item, which holds the camera's Exif block. Near the start the Exif item
+ * comes first in the media data; at the end it follows the image. The image bytes are left as a
+ * hole in the file (see write()): the reader never reads them.
+ */
+struct HeifPhoto
+{
+    QByteArray bytes;
+    qint64 imageStart = 0;
+    qint64 imageLength = 0;
+};
+
+HeifPhoto cameraHeif(Random &random, const Photo &p, bool exifAtEnd)
+{
+    const QByteArray tiff =
+        tiffWithTrailer(random, p, true, 42, Layout::CameraJpeg, 4096 + random.below(6144));
+    fixture::HeifLayout layout;
+    layout.exifAtEnd = exifAtEnd;
+    layout.imageBytes = 1024 * 1024 + random.below(2 * 1024 * 1024);
+    HeifPhoto heif;
+    heif.bytes = fixture::heif(tiff, layout);
+    const qint64 exifItem = 4 + layout.tiffPrefix.size() + tiff.size();
+    heif.imageLength = layout.imageBytes;
+    heif.imageStart = heif.bytes.size() - layout.imageBytes - (exifAtEnd ? exifItem : 0);
+    return heif;
+}
+
 QString fileName(const Maker &maker, int number, const char *suffix)
 {
     const QString prefix = QString::fromLatin1(maker.filePrefix);
@@ -319,14 +349,23 @@ QString fileName(const Maker &maker, int number, const char *suffix)
         + QLatin1String(suffix);
 }
 
-bool write(const QString &path, const QByteArray &bytes, qint64 padTo = 0)
+// The bytes, but [holeStart, holeStart + holeLength) left as a hole: a seek past the end and
+// resize() both leave holes, so padding and image data take no disk space.
+bool write(const QString &path, const QByteArray &bytes, qint64 padTo = 0, qint64 holeStart = 0,
+           qint64 holeLength = 0)
 {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
         return false;
-    if (file.write(bytes) != bytes.size())
+    const qint64 head = holeLength > 0 ? holeStart : bytes.size();
+    if (file.write(bytes.constData(), head) != head)
         return false;
-    // Growing by resize() leaves a hole: the padding takes no disk space.
+    const qint64 tail = bytes.size() - head - holeLength;
+    if (holeLength > 0
+        && (!file.seek(head + holeLength)
+            || file.write(bytes.constData() + head + holeLength, tail) != tail
+            || !file.resize(bytes.size())))
+        return false;
     return padTo == 0 || file.resize(padTo);
 }
 
@@ -377,14 +416,22 @@ int main(int argc, char **argv)
                 const int roll = random.below(10);
                 const int camera = bodies[roll < 6 ? 0 : (roll < 9 ? 1 : 2)];
                 const Photo photo = randomPhoto(random, camera, when);
-                const bool asRaw = random.chance(20);
+                const bool asHeif = random.chance(5);
+                const bool exifAtEnd = random.chance(50);
+                const bool asRaw = !asHeif && random.chance(20);
                 const Camera &body = cameras().at(camera);
-                const char *suffix = asRaw ? body.rawSuffix : ".JPG";
+                const char *suffix =
+                    asHeif ? (exifAtEnd ? ".HIF" : ".HEIC") : (asRaw ? body.rawSuffix : ".JPG");
                 const QString name =
                     fileName(makers().at(body.maker), folder * filesPerFolder + i + 1, suffix);
-                const QByteArray bytes = photoBytes(random, photo, asRaw);
-                if (!write(small.filePath(name), bytes)
-                    || (files < largeFiles && !write(large.filePath(name), bytes, largeSize))) {
+                HeifPhoto heif;
+                if (asHeif)
+                    heif = cameraHeif(random, photo, exifAtEnd);
+                const QByteArray bytes = asHeif ? heif.bytes : photoBytes(random, photo, asRaw);
+                if (!write(small.filePath(name), bytes, 0, heif.imageStart, heif.imageLength)
+                    || (files < largeFiles
+                        && !write(large.filePath(name), bytes, largeSize, heif.imageStart,
+                                  heif.imageLength))) {
                     std::fprintf(stderr, "cannot write %s\n", qPrintable(small.filePath(name)));
                     return 1;
                 }

@@ -1,8 +1,8 @@
 // Kelvaro's scan end to end, as the main window runs it but without a window: the real
-// TMyWorkerObject in a QThread of its own walks the library with all nine patterns, reads every
-// file, inserts every row into the shared in-memory database and builds the statistic indexes,
-// the grouped charts' ones for the default ranges included. Timed from doOperation()'s start to
-// operationDone(); the table is checked and emptied after every run.
+// TMyWorkerObject in a QThread of its own walks the library with all ten types' patterns, reads
+// every file, inserts every row into the shared in-memory database and builds the statistic
+// indexes, the grouped charts' ones for the default ranges included. Timed from doOperation()'s
+// start to operationDone(); the table is checked and emptied after every run.
 #include "benchstats.h"
 #include "chartcontrollerfocleng.h"
 #include "chartcontrollerisog.h"
@@ -37,8 +37,8 @@ void messageHandler(QtMsgType type, const QMessageLogContext &context, const QSt
 double scanOnce(const QString &root)
 {
     QList<QString> directories { root };
-    QList<QString> patterns { "*.arw", "*.raf", "*.nef", "*.cr2", "*.cr3",
-                              "*.rw2", "*.jpg", "*.dng", "*.orf" };
+    QList<QString> patterns { "*.arw", "*.raf", "*.nef",  "*.cr2",  "*.cr3", "*.rw2", "*.jpg",
+                              "*.dng", "*.orf", "*.heic", "*.heif", "*.hif", "*.avif" };
     QList<QString> noMakers, noModels;
     auto *worker = new TMyWorkerObject(directories, patterns, true, noMakers, noModels);
     worker->setGroupedStatisticIndexes({ ChartControllerFocLenG::rangeIndexStatement({}),

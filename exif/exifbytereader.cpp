@@ -48,8 +48,22 @@ bool ExifByteReader::open(const QString &path)
     return true;
 }
 
+void ExifByteReader::openBytes(QByteArray bytes)
+{
+    close();
+    for (Block &block : blocks)
+        block = Block();
+    current = nullptr;
+    source = std::move(bytes);
+    fromBytes = true;
+    fileSize = source.size();
+    position = 0;
+}
+
 void ExifByteReader::close()
 {
+    source.clear();
+    fromBytes = false;
 #ifdef Q_OS_UNIX
     if (fd >= 0)
         ::close(fd);
@@ -61,6 +75,8 @@ void ExifByteReader::close()
 
 bool ExifByteReader::isOpen() const
 {
+    if (fromBytes)
+        return true;
 #ifdef Q_OS_UNIX
     return fd >= 0;
 #else
@@ -72,6 +88,11 @@ qint64 ExifByteReader::readAt(qint64 offset, char *out, qint64 count)
 {
     if (!isOpen())
         return -1;
+    if (fromBytes) {
+        const qint64 n = qBound<qint64>(0, source.size() - offset, count);
+        std::memcpy(out, source.constData() + offset, size_t(n));
+        return n;
+    }
 #ifdef Q_OS_UNIX
     qint64 done = 0;
     while (done < count) {

@@ -25,7 +25,10 @@ public:
 
     // Opens the file read-only; a file that can't be opened reads as empty.
     bool open(const QString &path);
-    // Releases the file handle; values already loaded stay readable.
+    // Reads these bytes instead of a file, with the same blocks, budget and zeros past the end.
+    // Replaces the source read so far; the position goes to 0, the budget used stays.
+    void openBytes(QByteArray bytes);
+    // Releases the file handle (or the bytes); values already loaded stay readable.
     void close();
     bool isOpen() const;
 
@@ -67,6 +70,8 @@ private:
     // Reads up to count bytes at offset from the open file; the number read, or -1.
     qint64 readAt(qint64 offset, char *out, qint64 count);
 
+    QByteArray source; // the bytes read in place of a file
+    bool fromBytes = false;
 #ifdef Q_OS_UNIX
     int fd = -1; // positioned reads need neither a seek nor a QFile per photo
 #else

@@ -27,5 +27,20 @@ constexpr qint64 blockSize = 16 * 1024;
 constexpr qint64 maxCr3BoxPayload = 64 * 1024;
 // Compatible brands kept from a CR3 file-type box.
 constexpr int maxCr3CompatibleBrands = 64;
+// Brands read from a HEIF file-type box. Real files name two to eight.
+constexpr int maxHeifBrands = 64;
+// Boxes looked at on the top level of a HEIF file before its meta box, and children of the meta
+// box. Real files have three to six of each; nested boxes are never entered beyond the meta box.
+constexpr int maxHeifBoxes = 64;
+// Items looked at in the item information box and in the item location box, and references in
+// the item reference box. A 8K photo split into 512 tiles has some 520 items.
+constexpr int maxHeifItems = 16384;
+// Exif items considered in one file. Real files have one.
+constexpr int maxHeifExifItems = 64;
+// Extents of the Exif item. Writers put it in one; an item in more pieces than this is refused.
+constexpr int maxHeifExtents = 256;
+// Size of the Exif item, which the reader assembles from its extents and then walks. Exif with
+// maker notes and a preview stays below 256 KiB.
+constexpr qint64 maxHeifExifItemSize = 1024 * 1024;
 
 } // namespace exiflimits

@@ -49,6 +49,12 @@ TExifFile::TExifFile(QString path)
     stream.open(filePath);
 }
 
+TExifFile::TExifFile(QString path, QByteArray contents)
+    : filePath(std::move(path))
+{
+    stream.openBytes(std::move(contents));
+}
+
 TExifFile::~TExifFile() = default;
 
 // The part behind the last separator, as QFileInfo gives it, without building one per photo.
@@ -125,6 +131,8 @@ bool TExifFile::processFile()
             firstIfdOffset = qint32(stream.readU32());
             stream.seek(tiffBase + quint32(firstIfdOffset));
             walkChain();
+        } else {
+            readHeif(); // only a file that no other layout took: those behave as before
         }
     }
     stream.close();
@@ -188,6 +196,20 @@ bool TExifFile::enterDirectory(qint64 position)
     return true;
 }
 
+// Entries that start at or past the end of the file read as zeros: tag 0, type 0, count 0, which
+// change nothing in a directory and set GPSVersionID to "0.0.0.0" in the GPS directory. A damaged
+// count can claim 65535 of them; they are counted against the entry budget and passed over
+// together, unless their description lines are wanted. Returns how many were passed over.
+int TExifFile::passEntriesPastEnd(int left)
+{
+    if (stream.pos() < stream.size() || lcExifEntries().isDebugEnabled())
+        return 0;
+    const int passed = qMin(left, exiflimits::maxEntries - entriesRead);
+    entriesRead += passed;
+    stream.skip(12 * qint64(passed));
+    return passed;
+}
+
 void TExifFile::processIFD()
 {
     walkDirectory(0);
@@ -205,6 +227,10 @@ void TExifFile::walkDirectory(int depth)
         if (entriesRead >= exiflimits::maxEntries) {
             nextIfdOffset = 0;
             return;
+        }
+        if (const int passed = passEntriesPastEnd(count - i)) {
+            i += passed - 1;
+            continue;
         }
         ++entriesRead;
         const qint64 entryPos = stream.pos();
@@ -462,6 +488,11 @@ void TExifFile::processGPSInfoIFD()
         return c ? QString(QChar(c)) : QStringLiteral("");
     };
     for (int i = 0; i < count && entriesRead < exiflimits::maxEntries; ++i) {
+        if (const int passed = passEntriesPastEnd(count - i)) {
+            GPSVersionID = QStringLiteral("0.0.0.0");
+            i += passed - 1;
+            continue;
+        }
         ++entriesRead;
         const qint64 entryPos = stream.pos();
         const quint16 tag = stream.readU16();

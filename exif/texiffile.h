@@ -12,15 +12,19 @@
 Q_DECLARE_LOGGING_CATEGORY(lcExifEntries)
 
 // Reads the shooting metadata of one photo file: recognises the file type (TIFF-based raw,
-// JPEG with an Exif APP1 segment, RAF, CR3), walks the TIFF image file directories and fills one
-// public member per known tag. The interpretation operations turn those values into numbers and
-// display texts. One object serves one file and one call of processFile(); the file is only
-// ever opened for reading and is released when processFile() returns.
+// JPEG with an Exif APP1 segment, RAF, CR3, HEIF and AVIF with an Exif item), walks the TIFF image
+// file directories and fills one public member per known tag. The interpretation operations turn
+// those values into numbers and display texts. One object serves one file and one call of
+// processFile(); the file is only ever opened for reading and is released when processFile()
+// returns.
 class TExifFile
 {
 public:
     TExifFile();
     explicit TExifFile(QString path);
+    // Reads contents as the file at path would be read (its name still decides the suffix
+    // tests); the file itself is never opened. For callers that hold the bytes already.
+    TExifFile(QString path, QByteArray contents);
     ~TExifFile();
     TExifFile(const TExifFile &) = delete;
     TExifFile &operator=(const TExifFile &) = delete;
@@ -139,7 +143,9 @@ public:
     quint32 cr3ExifIfdBase = 0;
     bool bigEndian = false;
     bool valid = false;
-    qint32 fileType = 0; // 0 not recognised, 1 TIFF-based raw (also CR3), 2 JPEG
+    // 0 not recognised, 1 TIFF-based raw (also CR3), 2 JPEG (also HEIF and AVIF, whose Exif item
+    // holds what a JPEG's Exif segment holds)
+    qint32 fileType = 0;
 
     // Texts.
     QString ImageDescription = QStringLiteral("n.a.");
@@ -267,10 +273,12 @@ public:
 private:
     bool hasSuffix(const char *upperSuffix) const;
     bool readTiffHeader(bool inJpeg);
+    bool readHeif();
     void walkChain();
     void walkDirectory(int depth);
     void readEntry(quint16 tag, quint32 count, int depth);
     bool enterDirectory(qint64 position);
+    int passEntriesPastEnd(int left);
     void readU32ArrayAt(qint64 position, quint32 *values, quint32 count, int capacity);
 
     // Walk state, reset by processFile.

@@ -16,10 +16,11 @@
 #include <QString>
 
 #include <cstdio>
+#include <functional>
 
 namespace {
 
-// Suffix selectors of fuzz_exiffile (byte 0 of an input, modulo 10).
+// Suffix selectors of fuzz_exiffile (byte 0 of an input, modulo 12).
 enum Selector : char {
     Cr2 = 0,
     Cr3 = 1,
@@ -31,6 +32,8 @@ enum Selector : char {
     Dng = 7,
     Jpg = 8,
     Unknown = 9,
+    Heic = 10,
+    Avif = 11,
     UpperCase = char(0x80)
 };
 
@@ -40,12 +43,14 @@ char selectorForSuffix(const QString &fileName)
 {
     const QString suffix = QFileInfo(fileName).suffix().toLower();
     const QList<std::pair<QString, Selector>> known = {
-        { QStringLiteral("cr2"), Cr2 }, { QStringLiteral("cr3"), Cr3 },
-        { QStringLiteral("raf"), Raf }, { QStringLiteral("nef"), Nef },
-        { QStringLiteral("arw"), Arw }, { QStringLiteral("rw2"), Rw2 },
-        { QStringLiteral("orf"), Orf }, { QStringLiteral("dng"), Dng },
-        { QStringLiteral("jpg"), Jpg }, { QStringLiteral("jpeg"), Jpg },
-        { QStringLiteral("tif"), Nef }, { QStringLiteral("tiff"), Nef },
+        { QStringLiteral("cr2"), Cr2 },   { QStringLiteral("cr3"), Cr3 },
+        { QStringLiteral("raf"), Raf },   { QStringLiteral("nef"), Nef },
+        { QStringLiteral("arw"), Arw },   { QStringLiteral("rw2"), Rw2 },
+        { QStringLiteral("orf"), Orf },   { QStringLiteral("dng"), Dng },
+        { QStringLiteral("jpg"), Jpg },   { QStringLiteral("jpeg"), Jpg },
+        { QStringLiteral("tif"), Nef },   { QStringLiteral("tiff"), Nef },
+        { QStringLiteral("heic"), Heic }, { QStringLiteral("heif"), Heic },
+        { QStringLiteral("hif"), Heic },  { QStringLiteral("avif"), Avif },
     };
     for (const auto &[name, selector] : known) {
         if (name == suffix)
@@ -223,6 +228,54 @@ QByteArray everyKnownTag(bool bigEndian)
     return t.build();
 }
 
+// One HEIF seed per item layout the reader knows, each holding the given TIFF structure.
+void writeHeifLayoutSeeds(const QString &dir, const QByteArray &tiff)
+{
+    const QList<std::pair<const char *, std::function<void(fixture::HeifLayout &)>>> layouts = {
+        { "infe3-iloc2-8byte",
+          [](fixture::HeifLayout &l) {
+              l.infeVersion = 3;
+              l.ilocVersion = 2;
+              l.offsetSize = l.lengthSize = l.baseOffsetSize = 8;
+          } },
+        { "iloc0", [](fixture::HeifLayout &l) { l.ilocVersion = 0; } },
+        { "idat-two-extents",
+          [](fixture::HeifLayout &l) {
+              l.inIdat = true;
+              l.extents = 2;
+          } },
+        { "three-extents-index",
+          [](fixture::HeifLayout &l) {
+              l.extents = 3;
+              l.indexSize = 4;
+          } },
+        { "base-offset-only",
+          [](fixture::HeifLayout &l) {
+              l.offsetSize = 0;
+              l.baseOffsetSize = 4;
+          } },
+        { "to-end-sizes-0-and-1",
+          [](fixture::HeifLayout &l) {
+              l.lengthSize = 0;
+              l.exifAtEnd = true;
+              l.mdatToEnd = true;
+              l.metaLargeSize = true;
+          } },
+        { "thumbnail-exif-first", [](fixture::HeifLayout &l) { l.thumbnailExifFirst = true; } },
+        { "avif-no-prefix",
+          [](fixture::HeifLayout &l) {
+              l = fixture::avifLayout();
+              l.tiffPrefix.clear();
+          } },
+    };
+    for (const auto &[name, change] : layouts) {
+        fixture::HeifLayout layout;
+        change(layout);
+        writeSeed(dir, QStringLiteral("fixture-heif-%1").arg(QLatin1String(name)), Heic,
+                  fixture::heif(tiff, layout));
+    }
+}
+
 void writeFixtureSeeds(const QString &dir)
 {
     using fixture::Format;
@@ -242,6 +295,8 @@ void writeFixtureSeeds(const QString &dir)
         { "rw2", Format::Rw2, Rw2 },
         { "orf", Format::Orf, Orf },
         { "cr3", Format::Cr3, Cr3 },
+        { "heic", Format::Heic, Heic },
+        { "avif", Format::Avif, Avif },
     };
     for (const auto &f : formats) {
         const QString name = QLatin1String(f.name);
@@ -266,6 +321,7 @@ void writeFixtureSeeds(const QString &dir)
               fixture::jpeg(everyKnownTag(false), false));
     writeSeed(dir, QStringLiteral("fixture-every-known-tag-raf"), char(Raf | UpperCase),
               fixture::raf(fixture::jpeg(everyKnownTag(true), true)));
+    writeHeifLayoutSeeds(dir, everyKnownTag(false));
 
     const struct
     {
@@ -288,6 +344,19 @@ void writeFixtureSeeds(const QString &dir)
         { "cr3-box-size-zero", fixture::cr3BoxSizeZero(), Cr3 },
         { "cr3-without-cmt-boxes", fixture::cr3WithoutCmtBoxes(), Cr3 },
         { "jpeg-ending-inside-app1", fixture::jpegEndingInsideApp1(), Jpg },
+        { "heif-without-exif", fixture::heifWithoutExif(), Heic },
+        { "heif-meta-larger-than-file", fixture::heifMetaLargerThanFile(), Heic },
+        { "heif-child-larger-than-meta", fixture::heifChildLargerThanMeta(), Heic },
+        { "heif-deep-nesting", fixture::heifMetaBehindDeepNesting(64), Heic },
+        { "heif-item-counts-in-the-millions", fixture::heifItemCountsInTheMillions(), Heic },
+        { "heif-many-items", fixture::heifManyItemsBeforeExif(40), Heic },
+        { "heif-extent-count-in-the-millions", fixture::heifExtentCountInTheMillions(), Heic },
+        { "heif-exif-in-pieces", fixture::heifExifInPieces(7), Heic },
+        { "heif-extent-past-end", fixture::heifExtentPastEnd(), Heic },
+        { "heif-offset-overflow", fixture::heifOffsetOverflow(), Heic },
+        { "heif-tiff-offset-outside-item", fixture::heifTiffOffsetOutsideItem(), Heic },
+        { "heif-iref-loop", fixture::heifIrefLoop(), Heic },
+        { "heif-external-data", fixture::heifExternalData(), Heic },
     };
     for (const auto &m : malformed)
         writeSeed(dir, QStringLiteral("fixture-malformed-%1").arg(QLatin1String(m.name)),

@@ -50,8 +50,8 @@ QList<qint64> storedIds(MainWindow &window)
     return ids;
 }
 
-const QList<QString> allPatterns { "*.arw", "*.cr2", "*.cr3", "*.dng", "*.jpg",
-                                   "*.nef", "*.raf", "*.rw2", "*.orf" };
+const QList<QString> allPatterns { "*.arw", "*.cr2", "*.cr3",  "*.dng",  "*.jpg", "*.nef", "*.raf",
+                                   "*.rw2", "*.orf", "*.heic", "*.heif", "*.hif", "*.avif" };
 
 } // namespace
 
@@ -165,9 +165,10 @@ void TestScanControl::fileTypesAreCollectedInFixedOrder()
 {
     window = std::make_unique<MainWindow>();
     MainWindowProbe probe(*window);
-    const QStringList clicked { "actionOlympus_orf",   "action_jpg",      "actionCanon_cr3",
-                                "actionPanasonic_rw2", "actionSony_arw",  "action_dng",
-                                "actionFuji_raf",      "actionNikon_nef", "actionCanon_cr2" };
+    const QStringList clicked { "action_heif",     "actionOlympus_orf",   "action_jpg",
+                                "actionCanon_cr3", "actionPanasonic_rw2", "actionSony_arw",
+                                "action_dng",      "actionFuji_raf",      "actionNikon_nef",
+                                "actionCanon_cr2" };
     for (const QString &name : clicked)
         window->findChild<QAction *>(name)->trigger();
     QCOMPARE(probe.fileFilters(), allPatterns);
@@ -408,7 +409,7 @@ void TestScanControl::commandLineDirectoriesAreScanned()
     QCOMPARE(probe.fileFilters(), QList<QString>());
     for (const char *name :
          { "actionCanon_cr2", "actionCanon_cr3", "action_dng", "actionFuji_raf", "actionNikon_nef",
-           "action_jpg", "actionSony_arw", "actionPanasonic_rw2", "actionOlympus_orf" })
+           "action_jpg", "actionSony_arw", "actionPanasonic_rw2", "actionOlympus_orf", "action_heif" })
         QVERIFY2(!window->findChild<QAction *>(name)->isChecked(), name);
 }
 

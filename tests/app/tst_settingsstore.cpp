@@ -19,7 +19,8 @@ namespace {
 
 const QStringList fileTypeActions { "actionCanon_cr2", "actionCanon_cr3",     "action_dng",
                                     "actionFuji_raf",  "actionNikon_nef",     "action_jpg",
-                                    "actionSony_arw",  "actionPanasonic_rw2", "actionOlympus_orf" };
+                                    "actionSony_arw",  "actionPanasonic_rw2", "actionOlympus_orf",
+                                    "action_heif" };
 
 QStringList checkedFileTypes(MainWindow &window)
 {
@@ -212,9 +213,14 @@ void TestSettingsStore::fileFiltersCheckTheirActions_data()
         << QStringList { "*.nef", "*.jpg" } << QStringList { "actionNikon_nef", "action_jpg" };
     QTest::newRow("letter case differs: nothing checked")
         << QStringList { "*.NEF", "*.Jpg" } << QStringList {};
-    QTest::newRow("all nine") << QStringList { "*.orf", "*.rw2", "*.arw", "*.jpg", "*.nef",
-                                               "*.raf", "*.dng", "*.cr3", "*.cr2" }
-                              << fileTypeActions;
+    QTest::newRow("all ten, HEIF with its four patterns")
+        << QStringList { "*.orf", "*.rw2", "*.arw",  "*.jpg",  "*.nef", "*.raf", "*.dng",
+                         "*.cr3", "*.cr2", "*.heic", "*.heif", "*.hif", "*.avif" }
+        << fileTypeActions;
+    QTest::newRow("HEIF's key *.heic checks HEIF")
+        << QStringList { "*.heic", "*.heif", "*.hif", "*.avif" } << QStringList { "action_heif" };
+    QTest::newRow("AVIF's pattern alone is not HEIF's key")
+        << QStringList { "*.avif" } << QStringList {};
     QTest::newRow("unknown pattern") << QStringList { "*.tif" } << QStringList {};
 }
 
@@ -239,6 +245,7 @@ void TestSettingsStore::roundTripKeepsEverythingButTheDeliberateAsymmetries()
         window->findChild<QAction *>("actionIncludeSubDirs")->trigger();
         window->findChild<QAction *>("action_jpg")->trigger();
         window->findChild<QAction *>("actionNikon_nef")->trigger();
+        window->findChild<QAction *>("action_heif")->trigger();
         probe.themeCombo()->setCurrentIndex(4);
         probe.lastDirectory() = photos;
         probe.checkForUpdatesOnStart() = true;
@@ -265,7 +272,7 @@ void TestSettingsStore::roundTripKeepsEverythingButTheDeliberateAsymmetries()
     // What the store holds.
     QCOMPARE(readStore("OtherSettings/chartTheme").toInt(), 2);
     QCOMPARE(readStore("OtherSettings/fileFilters").toStringList(),
-             (QStringList { "*.jpg", "*.nef" }));
+             (QStringList { "*.jpg", "*.nef", "*.heic", "*.heif", "*.hif", "*.avif" }));
     QCOMPARE(readStore("MainWindow/lastTab").toInt(), 5);
     QCOMPARE(readStore("MainWindow/windowState").toByteArray(), windowState);
     for (const QString &prefix : prefixes) {
@@ -290,8 +297,10 @@ void TestSettingsStore::roundTripKeepsEverythingButTheDeliberateAsymmetries()
     QCOMPARE(probe.lastDirectory(), photos);
     QVERIFY(probe.includeSubDirs());
     QVERIFY(window->findChild<QAction *>("actionIncludeSubDirs")->isChecked());
-    QCOMPARE(probe.fileFilters(), (QList<QString> { "*.jpg", "*.nef" }));
-    QCOMPARE(checkedFileTypes(*window), (QStringList { "actionNikon_nef", "action_jpg" }));
+    QCOMPARE(probe.fileFilters(),
+             (QList<QString> { "*.jpg", "*.nef", "*.heic", "*.heif", "*.hif", "*.avif" }));
+    QCOMPARE(checkedFileTypes(*window),
+             (QStringList { "actionNikon_nef", "action_jpg", "action_heif" }));
     QCOMPARE(probe.chartDateTheme(), 4);
     QCOMPARE(probe.themeCombo()->currentIndex(), 4);
     QVERIFY(probe.checkForUpdatesOnStart());

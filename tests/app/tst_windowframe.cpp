@@ -156,6 +156,9 @@ void TestWindowFrame::actions_data()
     QTest::newRow("settings") << "actionGlobalSettings"
                               << "Settings..."
                               << "Settings" << false << true;
+    QTest::newRow("HEIF") << "action_heif"
+                          << "HEIF [*.heic *.heif *.hif *.avif]"
+                          << "HEIF- and AVIF-Files" << true << true;
 }
 
 void TestWindowFrame::actions()
@@ -212,7 +215,8 @@ void TestWindowFrame::actionsInCreationOrder()
                                  "actionCanon_cr3",
                                  "actionPanasonic_rw2",
                                  "actionOlympus_orf",
-                                 "actionGlobalSettings" };
+                                 "actionGlobalSettings",
+                                 "action_heif" };
     QCOMPARE(names, expected);
 }
 
@@ -241,21 +245,15 @@ void TestWindowFrame::menus_data()
         << QStringList { "actionGlobalSettings", "actionExportData", "|", "actionQuit", "|" };
     QTest::newRow("Edit") << "menuEdit"
                           << "Edit" << QStringList { "actionCopyChartToClipboard" };
-    QTest::newRow("Filter, trailing separator included") << "menuFilter"
-                                                         << "Filter"
-                                                         << QStringList { "actionIncludeSubDirs",
-                                                                          "|",
-                                                                          "actionCanon_cr2",
-                                                                          "actionCanon_cr3",
-                                                                          "actionFuji_raf",
-                                                                          "actionNikon_nef",
-                                                                          "actionOlympus_orf",
-                                                                          "actionPanasonic_rw2",
-                                                                          "actionSony_arw",
-                                                                          "|",
-                                                                          "action_dng",
-                                                                          "action_jpg",
-                                                                          "|" };
+    QTest::newRow("Filter, trailing separator included")
+        << "menuFilter"
+        << "Filter" << QStringList { "actionIncludeSubDirs", "|",
+                                     "actionCanon_cr2",      "actionCanon_cr3",
+                                     "actionFuji_raf",       "actionNikon_nef",
+                                     "actionOlympus_orf",    "actionPanasonic_rw2",
+                                     "actionSony_arw",       "|",
+                                     "action_dng",           "action_jpg",
+                                     "action_heif",          "|" };
     QTest::newRow("Help") << "menuHelp"
                           << "Help" << QStringList { "actionAbout_Kelvaro", "actionAbout_Qt" };
 }
@@ -316,6 +314,7 @@ void TestWindowFrame::toolBarEntriesInOrder()
                                  "|",
                                  "action_dng",
                                  "action_jpg",
+                                 "action_heif",
                                  "|",
                                  "label Date-Chart Theme:",
                                  "QComboBox theme",

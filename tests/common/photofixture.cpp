@@ -330,6 +330,10 @@ QByteArray photo(Format format, const PhotoTags &tags)
         return tiff(false, tags, true, 0x4F52);
     case Format::Cr3:
         return cr3(tags);
+    case Format::Heic:
+        return heif(tiff(true, tags, true));
+    case Format::Avif:
+        return heif(tiff(false, tags, true), avifLayout());
     }
     return {};
 }
@@ -363,6 +367,10 @@ QString suffix(Format format)
         return QStringLiteral(".orf");
     case Format::Cr3:
         return QStringLiteral(".cr3");
+    case Format::Heic:
+        return QStringLiteral(".heic");
+    case Format::Avif:
+        return QStringLiteral(".avif");
     }
     return {};
 }

@@ -7,8 +7,8 @@
 #include <optional>
 
 // Builds the bytes of photo files for tests, benchmarks and the sample-library generator: TIFF
-// in both byte orders, JPEG with an Exif APP1 segment, RAF, RW2, ORF and CR3, plus one named
-// builder per malformed or hostile layout.
+// in both byte orders, JPEG with an Exif APP1 segment, RAF, RW2, ORF, CR3, HEIF and AVIF, plus
+// one named builder per malformed or hostile layout.
 namespace fixture {
 
 struct Rational
@@ -25,7 +25,9 @@ enum class Format {
     Raf,
     Rw2,
     Orf,
-    Cr3
+    Cr3,
+    Heic, // Exif item in the media data, big-endian TIFF
+    Avif // the same with AVIF brands and an AV1 primary item, little-endian TIFF
 };
 
 struct PhotoTags
@@ -40,7 +42,8 @@ struct PhotoTags
 QByteArray photo(Format format, const PhotoTags &tags);
 bool writePhoto(const QString &path, Format format, const PhotoTags &tags);
 bool writeBytes(const QString &path, const QByteArray &bytes);
-QString suffix(Format format); // ".tif", ".jpg", ".jpg", ".raf", ".rw2", ".orf", ".cr3"
+// ".tif", ".jpg", ".jpg", ".raf", ".rw2", ".orf", ".cr3", ".heic", ".avif"
+QString suffix(Format format);
 
 // A typical camera JPEG's tags, used where the values themselves don't matter.
 PhotoTags typicalTags();
@@ -131,5 +134,50 @@ QByteArray cr3BoxSizeZero(); // a zero box size right behind the UUID
 QByteArray cr3WithoutCmtBoxes(); // six children, none named CMT1 or CMT2
 QByteArray jpegEndingInsideApp1(); // the file ends in the middle of the Exif segment
 QByteArray truncated(const QByteArray &bytes, int keep); // the first keep bytes
+
+// ---- HEIF and AVIF: ftyp, meta { hdlr, pitm, iinf, iref, iloc, [idat] }, mdat ----
+
+// Item 1 is the primary image, item 2 the Exif item (with a thumbnail: 3 the thumbnail, 4 its
+// own Exif item, whose Make is "Thumbnail").
+struct HeifLayout
+{
+    QByteArray majorBrand = "heic";
+    QList<QByteArray> compatibleBrands { "mif1", "heic" };
+    QByteArray primaryType = "hvc1"; // "av01" for AVIF
+    int infeVersion = 2; // 2 or 3
+    int ilocVersion = 1; // 0, 1 or 2
+    // Field sizes of iloc in bytes: 0, 4 or 8. With offset size 0 the base offset locates the
+    // item; with length size 0 the item runs to the end of its data (put it there: exifAtEnd).
+    int offsetSize = 4, lengthSize = 4, baseOffsetSize = 0, indexSize = 0;
+    int extents = 1; // the Exif item in this many pieces, stored in reverse order
+    bool inIdat = false; // construction method 1: the Exif item lies in the meta box's idat
+    bool exifAtEnd = false; // the Exif extents behind the image data, not before it
+    qint64 imageBytes = 512; // the primary image's coded data (filler)
+    bool linkExif = true; // iref "cdsc" from the Exif item to the primary item
+    bool thumbnailExifFirst = false; // a thumbnail with its own Exif item, listed first
+    bool metaLargeSize = false; // the meta box with size 1 and a 64-bit size
+    bool mdatToEnd = false; // the media data box with size 0 (to the end of the file)
+    QByteArray tiffPrefix = QByteArray("Exif\0\0", 6); // between the offset field and the TIFF
+};
+// A HEIF file whose Exif item holds tiffBytes.
+QByteArray heif(const QByteArray &tiffBytes, const HeifLayout &layout = HeifLayout());
+HeifLayout avifLayout(); // brands avif, mif1, miaf; primary item av01
+
+// Malformed and hostile HEIF files; each holds typicalTags() unless said otherwise.
+QByteArray heifWithoutExif(); // image items only
+QByteArray heifMetaLargerThanFile(); // the meta box claims 0x7FFFFFFF bytes
+QByteArray heifChildLargerThanMeta(); // iinf, the first child after pitm, claims more than meta
+QByteArray heifMetaBehindDeepNesting(int depth); // a box nested depth deep before the meta box
+QByteArray heifItemCountsInTheMillions(); // iinf and iloc claim 5,000,000 items, hold three
+QByteArray heifManyItemsBeforeExif(int items); // that many image items listed before the Exif
+QByteArray heifExtentCountInTheMillions(); // an earlier item claims 65535 extents of 16 bytes
+QByteArray heifExifInPieces(int pieces); // the Exif item in that many extents
+QByteArray heifExtentPastEnd(); // the Exif extent runs 100 bytes past the end of the file
+// Base offset 2^64 - 16, extent offset the item's position + 16: a sum that wraps around lands
+// exactly on the Exif item.
+QByteArray heifOffsetOverflow();
+QByteArray heifTiffOffsetOutsideItem(); // the offset to the TIFF header is 0xFFFFFFF0
+QByteArray heifIrefLoop(); // cdsc references from the Exif item to itself and in a circle
+QByteArray heifExternalData(); // the Exif item's data reference index is 1 (another file)
 
 } // namespace fixture

@@ -5,6 +5,7 @@
 #include "exiftestsupport.h"
 
 #include <QFile>
+#include <QLoggingCategory>
 
 using fixture::TiffBuilder;
 
@@ -243,4 +244,59 @@ void HostileLayoutTest::largeFileLoadsOnlyTheBlocksItNeeds()
     QVERIFY(ok);
     QCOMPARE(file->ISO, quint16(400));
     QCOMPARE(file->stream.bytesLoaded(), exiflimits::blockSize);
+}
+
+void HostileLayoutTest::entriesPastTheEndReadAsZeros_data()
+{
+    QTest::addColumn<bool>("listed");
+    QTest::newRow("entry lines off: passed over together") << false;
+    QTest::newRow("entry lines on: each one read and listed") << true;
+}
+
+namespace {
+
+int entryLines = 0;
+
+void countEntryLines(QtMsgType, const QMessageLogContext &context, const QString &)
+{
+    if (qstrcmp(context.category, "kelvaro.exif.entries") == 0)
+        ++entryLines;
+}
+
+} // namespace
+
+// The GPS directory is the last thing in the file and claims 65535 entries: the zeros past the
+// end are tag 0 (GPSVersionID), and they use up the entry budget either way.
+void HostileLayoutTest::entriesPastTheEndReadAsZeros()
+{
+    QFETCH(bool, listed);
+    testutils::Sandbox sandbox;
+    TiffBuilder b;
+    const int ifd0 = b.addDirectory();
+    const int gps = b.addDirectory();
+    b.addAscii(ifd0, 0x010F, QStringLiteral("Zeros"));
+    b.addPointer(ifd0, 0x8825, gps);
+    b.addEntry(gps, { 0x0000, 1, 4, QByteArray::fromHex("02020000"), false, {} });
+    b.addEntry(gps, { 0x0001, 2, 2, QByteArray("N\0", 2), false, {} });
+    b.setEntryCountRaw(gps, 65535);
+    const QByteArray bytes = b.build();
+    QCOMPARE(qsizetype(b.directoryOffset(gps)) + 2 + 2 * 12 + 4, bytes.size());
+
+    entryLines = 0;
+    QtMessageHandler previous = nullptr;
+    if (listed) {
+        QLoggingCategory::setFilterRules(QStringLiteral("kelvaro.exif.entries.debug=true"));
+        previous = qInstallMessageHandler(countEntryLines);
+    }
+    const auto file = exiftest::read(sandbox, "zeros.tif", bytes);
+    if (listed) {
+        qInstallMessageHandler(previous);
+        QLoggingCategory::setFilterRules(QStringLiteral("kelvaro.exif.entries.debug=false"));
+    }
+    QCOMPARE(file->Make, QStringLiteral("Zeros"));
+    QCOMPARE(file->GPSLatitudeRef, QStringLiteral("N"));
+    QCOMPARE(file->GPSVersionID, QStringLiteral("0.0.0.0"));
+    QCOMPARE(file->nextIfdOffset, 0u);
+    QCOMPARE(file->ifdCounter, 1);
+    QCOMPARE(entryLines, listed ? exiflimits::maxEntries : 0);
 }

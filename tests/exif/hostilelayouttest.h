@@ -22,4 +22,6 @@ private slots:
     void byteReaderReadsZerosPastTheEnd();
     void byteReaderStopsAtItsLoadBudget();
     void largeFileLoadsOnlyTheBlocksItNeeds();
+    void entriesPastTheEndReadAsZeros_data();
+    void entriesPastTheEndReadAsZeros();
 };

@@ -444,3 +444,33 @@ void ReaderTest::readOnlyFileIsRead()
     QCOMPARE(QFileInfo(path).lastModified(), modified);
     QVERIFY(QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner));
 }
+
+void ReaderTest::contentsInMemoryGiveWhatTheFileGives_data()
+{
+    QTest::addColumn<Format>("format");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("TIFF") << Format::TiffLittle << "m.tif";
+    QTest::newRow("JPEG") << Format::JpegApp0 << "m.jpg";
+    QTest::newRow("RAF") << Format::Raf << "m.RAF";
+    QTest::newRow("ORF, magic by name") << Format::Orf << "m.orf";
+    QTest::newRow("CR3, boxes by name") << Format::Cr3 << "m.cr3";
+    QTest::newRow("HEIF") << Format::Heic << "m.heic";
+    QTest::newRow("AVIF") << Format::Avif << "m.avif";
+}
+
+void ReaderTest::contentsInMemoryGiveWhatTheFileGives()
+{
+    QFETCH(Format, format);
+    QFETCH(QString, name);
+    testutils::Sandbox sandbox;
+    const QByteArray bytes = fixture::photo(format, fixture::typicalTags());
+    bool ok = false;
+    const auto fromFile = exiftest::read(sandbox, name, bytes, &ok);
+    QVERIFY(ok);
+    // The path names no file: only the bytes given are read.
+    TExifFile fromBytes(sandbox.filePath(QStringLiteral("absent/") + name), bytes);
+    QVERIFY(fromBytes.processFile());
+    QCOMPARE(exiftest::readings(fromBytes), exiftest::readings(*fromFile));
+    QCOMPARE(fromBytes.Make, QStringLiteral("Canon"));
+    QCOMPARE(fromBytes.stream.bytesLoaded(), fromFile->stream.bytesLoaded());
+}

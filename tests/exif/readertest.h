@@ -29,4 +29,6 @@ private slots:
     void arraysShorterThanTheValueFieldStandInline();
     void fileHandleIsReleasedWhenProcessFileReturns();
     void readOnlyFileIsRead();
+    void contentsInMemoryGiveWhatTheFileGives_data();
+    void contentsInMemoryGiveWhatTheFileGives();
 };

@@ -38,6 +38,12 @@ void ToolTest::printsWhatTheScanStores_data()
                                            "EF24-70mm f/2.8L II USM;50;400;2.8;0.004;1/250;"
                                            "Matrix;Av [Aperture-priority]");
     QTest::newRow("one recognised JPEG") << QStringList { "a.jpg" } << 0 << QStringList { typical };
+    QTest::newRow("HEIF and AVIF as the JPEG")
+        << QStringList { "h.HEIC", "v.avif" } << 0
+        << QStringList { QString(typical).replace(0, 5, QStringLiteral("h.HEIC")),
+                         QString(typical).replace(0, 5, QStringLiteral("v.avif")) };
+    QTest::newRow("a HEIF file without an Exif item")
+        << QStringList { "none.heif" } << 1 << QStringList { "none.heif;not recognised" };
     QTest::newRow("a file without shooting tags")
         << QStringList { "bare.tif" } << 0
         << QStringList { "bare.tif;n.a.;Nikon;n.a.;n.a.;0;0;0.0;0;n.a;n.a;not defined" };
@@ -72,6 +78,11 @@ void ToolTest::printsWhatTheScanStores()
     cr3.exposureProgram = 11;
     QVERIFY(fixture::writePhoto(sandbox.filePath("c.cr3"), fixture::Format::Cr3, cr3));
     QVERIFY(fixture::writeBytes(sandbox.filePath("x.png"), QByteArray::fromHex("89504E47")));
+    QVERIFY(fixture::writePhoto(sandbox.filePath("h.HEIC"), fixture::Format::Heic,
+                                fixture::typicalTags()));
+    QVERIFY(fixture::writePhoto(sandbox.filePath("v.avif"), fixture::Format::Avif,
+                                fixture::typicalTags()));
+    QVERIFY(fixture::writeBytes(sandbox.filePath("none.heif"), fixture::heifWithoutExif()));
 
     QStringList arguments;
     for (const QString &file : files)

@@ -1,6 +1,9 @@
 // Runs every test class of the photo metadata reader in one executable; the exit code is
 // non-zero when any of them failed.
 #include "codetablestest.h"
+#include "fuzzcorpustest.h"
+#include "heifreadertest.h"
+#include "heifsamplestest.h"
 #include "hostilelayouttest.h"
 #include "readertest.h"
 #include "samplestest.h"
@@ -17,12 +20,15 @@ int main(int argc, char *argv[])
     QCoreApplication app(argc, argv);
     ReaderTest reader;
     HostileLayoutTest hostileLayouts;
+    HeifReaderTest heifReader;
     ValuesTest values;
     CodeTablesTest codeTables;
     TagCatalogueTest tagCatalogue;
     SamplesTest samples;
+    HeifSamplesTest heifSamples;
     ToolTest tool;
-    return testutils::runTestObjects(
-        app.arguments(),
-        { &reader, &hostileLayouts, &values, &codeTables, &tagCatalogue, &samples, &tool });
+    FuzzCorpusTest fuzzCorpus;
+    return testutils::runTestObjects(app.arguments(),
+                                     { &reader, &hostileLayouts, &heifReader, &values, &codeTables,
+                                       &tagCatalogue, &samples, &heifSamples, &tool, &fuzzCorpus });
 }

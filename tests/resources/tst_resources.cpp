@@ -49,6 +49,7 @@ const Pair offOnPairs[] = {
     { ":/ressourcen/Dateitypen/Panasonic_rw2_off.png",
       ":/ressourcen/Dateitypen/Panasonic_rw2_on.png" },
     { ":/ressourcen/Dateitypen/olympus_orf_off.png", ":/ressourcen/Dateitypen/olympus_orf_on.png" },
+    { ":/ressourcen/Dateitypen/HEIF_off.png", ":/ressourcen/Dateitypen/HEIF_on.png" },
 };
 
 struct Icon

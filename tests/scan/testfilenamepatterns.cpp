@@ -7,8 +7,8 @@
 
 namespace {
 
-const QStringList photoPatterns { "*.arw", "*.raf", "*.nef", "*.cr2", "*.cr3",
-                                  "*.rw2", "*.jpg", "*.dng", "*.orf" };
+const QStringList photoPatterns { "*.arw", "*.raf", "*.nef",  "*.cr2",  "*.cr3", "*.rw2", "*.jpg",
+                                  "*.dng", "*.orf", "*.heic", "*.heif", "*.hif", "*.avif" };
 
 const QStringList names { "IMG_0001.JPG",
                           "img_0001.jpg",
@@ -27,6 +27,14 @@ const QStringList names { "IMG_0001.JPG",
                           "DSCF0001.RAF",
                           "P5010001.ORF",
                           "IMG.dng",
+                          "IMG_0001.HEIC",
+                          "img_0001.heic",
+                          "photo.Heif",
+                          "R5_0001.HIF",
+                          "photo.avif",
+                          "photo.AVIF",
+                          "photo.heics",
+                          "photo.hi",
                           "notes.txt",
                           "Ärger.JPG",
                           "ファイル.arw",
@@ -40,7 +48,7 @@ void TestFileNamePatterns::agreesWithQDir_data()
 {
     QTest::addColumn<QStringList>("patterns");
 
-    QTest::newRow("the nine photo types") << photoPatterns;
+    QTest::newRow("the ten photo types, HEIF with four patterns") << photoPatterns;
     QTest::newRow("only *.jpg") << QStringList { "*.jpg" };
     QTest::newRow("no pattern") << QStringList {};
     QTest::newRow("upper-case pattern") << QStringList { "*.JPG" };

@@ -264,6 +264,16 @@ void TestScanWorker::patterns_data()
         << "P1000001.RW2" << Format::Rw2 << QList<QString> { "*.rw2" } << true;
     QTest::newRow("P5010001.ORF by *.orf")
         << "P5010001.ORF" << Format::Orf << QList<QString> { "*.orf" } << true;
+    QTest::newRow("IMG_0001.HEIC by *.heic")
+        << "IMG_0001.HEIC" << Format::Heic << QList<QString> { "*.heic" } << true;
+    QTest::newRow("photo.Heif by *.heif")
+        << "photo.Heif" << Format::Heic << QList<QString> { "*.heif" } << true;
+    QTest::newRow("R5_0001.HIF by *.hif")
+        << "R5_0001.HIF" << Format::Heic << QList<QString> { "*.hif" } << true;
+    QTest::newRow("photo.AVIF by *.avif")
+        << "photo.AVIF" << Format::Avif << QList<QString> { "*.avif" } << true;
+    QTest::newRow("photo.heic is not read when only *.jpg is enabled")
+        << "photo.heic" << Format::Heic << QList<QString> { "*.jpg" } << false;
     QTest::newRow("IMG_0001.dng by *.dng")
         << "IMG_0001.dng" << Format::TiffLittle << QList<QString> { "*.dng" } << true;
     QTest::newRow("photo.jpg is not read when only *.cr2 is enabled")

@@ -8,7 +8,7 @@ namespace images {
 
 /*
  * A 64 x 64 frame of film: a rounded body with a row of sprocket holes along the top and the
- * bottom edge, and the type's three letters between them, as large as the frame allows.
+ * bottom edge, and the type's letters between them, as large as the frame allows.
  * The off image is deliberately colourless so that at tool-bar size the colour alone tells
  * which types are switched on.
  */

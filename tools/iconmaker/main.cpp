@@ -69,6 +69,7 @@ std::vector<Output> allOutputs()
                 QColor(0xd8, 0x1b, 0x60));
     addFileType(outputs, "olympus_orf_off.png", "olympus_orf_on.png", "ORF",
                 QColor(0x03, 0x8b, 0xd5));
+    addFileType(outputs, "HEIF_off.png", "HEIF_on.png", "HEIF", QColor(0x7c, 0xb3, 0x42));
     return outputs;
 }
 

@@ -1,0 +1,124 @@
+#include "heifsamplestest.h"
+
+#include "exifreaderlimits.h"
+#include "texiffile.h"
+
+#include <QFile>
+#include <QHash>
+#include <QTest>
+
+namespace {
+
+const QString heifSamplesDir = QStringLiteral(KELVARO_SAMPLES_HEIF_DIR);
+
+using Row = QHash<QString, QString>;
+
+// expected.csv: ';'-separated, one header line naming the columns.
+QList<Row> referenceRows()
+{
+    QFile file(heifSamplesDir + QStringLiteral("/expected.csv"));
+    QList<Row> rows;
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return rows;
+    const QStringList header = QString::fromUtf8(file.readLine()).trimmed().split(u';');
+    while (!file.atEnd()) {
+        const QString line = QString::fromUtf8(file.readLine()).trimmed();
+        if (line.isEmpty())
+            continue;
+        const QStringList values = line.split(u';');
+        Row row;
+        for (int i = 0; i < header.size() && i < values.size(); ++i)
+            row.insert(header[i], values[i]);
+        rows.append(row);
+    }
+    return rows;
+}
+
+bool sameReal(const QString &expected, double actual)
+{
+    return qAbs((expected.isEmpty() ? 0.0 : expected.toDouble()) - actual) < 1e-6;
+}
+
+} // namespace
+
+void HeifSamplesTest::initTestCase()
+{
+    filesCompared = fieldsCompared = fieldsAgreeing = filesRejected = 0;
+}
+
+// reader_expect says "ok" for a file whose values must agree; anything else ("not recognised:
+// ...", "hostile: ...") is a file the reader must reject without a crash or a hang.
+void HeifSamplesTest::heifSampleGivesItsExpectedResult_data()
+{
+    QTest::addColumn<QString>("fileName");
+    QTest::addColumn<Row>("expected");
+    if (!QFile::exists(heifSamplesDir + QStringLiteral("/expected.csv")))
+        QSKIP("the folder of HEIF samples with expected.csv is not present");
+    for (const Row &row : referenceRows())
+        QTest::newRow(qPrintable(row.value(QStringLiteral("file"))))
+            << row.value(QStringLiteral("file")) << row;
+}
+
+void HeifSamplesTest::heifSampleGivesItsExpectedResult()
+{
+    QFETCH(QString, fileName);
+    QFETCH(Row, expected);
+    TExifFile file(heifSamplesDir + u'/' + fileName);
+    const bool recognised = file.processFile();
+    QVERIFY(file.stream.bytesLoaded() <= exiflimits::maxBytesLoaded);
+    if (expected.value(QStringLiteral("reader_expect")) != QLatin1String("ok")) {
+        QVERIFY2(!recognised, "a file without Exif or a broken one is not recognised");
+        QCOMPARE(file.fileTyp(), 0);
+        QCOMPARE(file.Make, QStringLiteral("n.a."));
+        ++filesRejected;
+        return;
+    }
+    QVERIFY2(recognised, "a HEIF file with Exif is recognised");
+    ++filesCompared;
+    const auto text = [&](const char *column) {
+        const QString value = expected.value(QLatin1String(column));
+        return value.isEmpty() ? QStringLiteral("n.a.") : value;
+    };
+    const QList<std::tuple<const char *, bool, QString>> fields = {
+        { "Make", file.Make.trimmed() == text("Make"), file.Make },
+        { "Model", file.Model.trimmed() == text("Model"), file.Model },
+        { "LensModel", file.LensModel.trimmed() == text("LensModel"), file.LensModel },
+        { "DateTimeOriginal", file.DateTimeOriginal == text("DateTimeOriginal"),
+          file.DateTimeOriginal },
+        { "ISO", sameReal(expected.value(QStringLiteral("ISO")), file.ISO),
+          QString::number(file.ISO) },
+        { "FNumber",
+          sameReal(expected.value(QStringLiteral("FNumber")),
+                   file.FNumberDenominator ? double(file.FNumberNumerator) / file.FNumberDenominator
+                                           : 0.0),
+          file.exif_0x829D_FNumberAsString() },
+        // ExifTool rounds exposure times to ten digits.
+        { "ExposureTime",
+          qAbs(expected.value(QStringLiteral("ExposureTime")).toDouble()
+               - file.exif_0x829A_ExposureTime())
+              < 1e-9,
+          QString::number(file.exif_0x829A_ExposureTime(), 'g', 12) },
+        { "FocalLength",
+          sameReal(expected.value(QStringLiteral("FocalLength")),
+                   file.exif_0x920A_FocalLengthAsReal()),
+          QString::number(file.exif_0x920A_FocalLengthAsReal()) },
+    };
+    QStringList disagreeing;
+    for (const auto &[name, agrees, actual] : fields) {
+        ++fieldsCompared;
+        if (agrees)
+            ++fieldsAgreeing;
+        else
+            disagreeing.append(
+                QStringLiteral("%1: read \"%2\", expected \"%3\"")
+                    .arg(QLatin1String(name), actual, expected.value(QLatin1String(name))));
+    }
+    QVERIFY2(disagreeing.isEmpty(), qPrintable(disagreeing.join(QStringLiteral("; "))));
+}
+
+void HeifSamplesTest::cleanupTestCase()
+{
+    qInfo("real HEIF samples: %d files compared, %d of %d fields agree with the reference; "
+          "%d files rejected as expected",
+          filesCompared, fieldsAgreeing, fieldsCompared, filesRejected);
+}
