@@ -407,9 +407,9 @@ void TestScanControl::commandLineDirectoriesAreScanned()
     QCOMPARE(probe.status(),
              QString("Valid files: 6 (no file type is switched on: this run reads every type)"));
     QCOMPARE(probe.fileFilters(), QList<QString>());
-    for (const char *name :
-         { "actionCanon_cr2", "actionCanon_cr3", "action_dng", "actionFuji_raf", "actionNikon_nef",
-           "action_jpg", "actionSony_arw", "actionPanasonic_rw2", "actionOlympus_orf", "action_heif" })
+    for (const char *name : { "actionCanon_cr2", "actionCanon_cr3", "action_dng", "actionFuji_raf",
+                              "actionNikon_nef", "action_jpg", "actionSony_arw",
+                              "actionPanasonic_rw2", "actionOlympus_orf", "action_heif" })
         QVERIFY2(!window->findChild<QAction *>(name)->isChecked(), name);
 }
 
