@@ -87,8 +87,10 @@ void ToolTest::printsWhatTheScanStores()
     const ToolRun run = runTool(arguments);
     QCOMPARE(run.exitCode, exitCode);
     QCOMPARE(run.lines, lines);
-    QVERIFY2(run.errors.contains(reason), qPrintable(run.errors));
-    QCOMPARE(run.errors.isEmpty(), reason.isEmpty());
+    if (reason.isEmpty())
+        QCOMPARE(run.errors, QString());
+    else
+        QVERIFY2(run.errors.contains(reason), qPrintable(run.errors));
 }
 
 void ToolTest::entriesComeBeforeTheFileLine()
