@@ -2,6 +2,8 @@
 # it. Everything installed comes from the build tree; the programs find their images and style
 # sheet as compiled-in resources, so nothing points back at the source or build tree.
 include(GNUInstallDirs)
+# GNUInstallDirs would take the project's name, capital letter and all; Debian wants the package's.
+set(_docdir "${CMAKE_INSTALL_DATADIR}/doc/kelvaro")
 
 install(TARGETS kelvaro kelvaro-exif
     RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
@@ -33,9 +35,9 @@ set(KELVARO_GZIPPED)
 foreach(page IN ITEMS kelvaro kelvaro-exif)
     kelvaro_install_gzipped(docs/man/${page}.1 ${page}.1 "${CMAKE_INSTALL_MANDIR}/man1")
 endforeach()
-kelvaro_install_gzipped(packaging/changelog changelog "${CMAKE_INSTALL_DOCDIR}")
+kelvaro_install_gzipped(packaging/changelog changelog "${_docdir}")
 add_custom_target(kelvaro_packaging_files ALL DEPENDS ${KELVARO_GZIPPED})
-install(FILES packaging/copyright DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+install(FILES packaging/copyright DESTINATION "${_docdir}")
 
 set(CPACK_PACKAGE_NAME "kelvaro")
 set(CPACK_PACKAGE_VENDOR "The Kelvaro developers")
