@@ -1,7 +1,7 @@
 /*
  * iconmaker draws every image of Kelvaro with QPainter: the tool-bar and file-type icons, the
  * page icons of the settings dialog, the window icon and the splash screen. The PNG files it
- * writes are committed under ressourcen/ and compiled into the program; nothing here runs at
+ * writes are committed under ressourcen/ and compiled into the program; they are not drawn at
  * build time. After changing a drawing, build the target and run it from the repository root:
  *
  *     QT_QPA_PLATFORM=offscreen <build-dir>/tools/iconmaker/iconmaker ressourcen
