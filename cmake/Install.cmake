@@ -5,9 +5,18 @@ include(GNUInstallDirs)
 # GNUInstallDirs would take the project's name, capital letter and all; Debian wants the package's.
 set(_docdir "${CMAKE_INSTALL_DATADIR}/doc/kelvaro")
 
-install(TARGETS kelvaro kelvaro-exif
+# Every installed program has its manual page under docs/man/ and is named in the metainfo.
+set(_programs kelvaro kelvaro-exif)
+if(TARGET kelvaro-stats)
+    list(APPEND _programs kelvaro-stats)
+endif()
+install(TARGETS ${_programs}
     RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
     BUNDLE DESTINATION .)
+set(KELVARO_PROVIDED_BINARIES)
+foreach(program IN LISTS _programs)
+    string(APPEND KELVARO_PROVIDED_BINARIES "\n    <binary>${program}</binary>")
+endforeach()
 
 set(_packaging "${CMAKE_CURRENT_BINARY_DIR}/packaging")
 configure_file(packaging/kelvaro.desktop.in "${_packaging}/${KELVARO_APP_ID}.desktop" @ONLY)
@@ -32,7 +41,7 @@ function(kelvaro_install_gzipped source name destination)
     install(FILES "${_packaging}/${name}.gz" DESTINATION "${destination}")
 endfunction()
 set(KELVARO_GZIPPED)
-foreach(page IN ITEMS kelvaro kelvaro-exif)
+foreach(page IN LISTS _programs)
     kelvaro_install_gzipped(docs/man/${page}.1 ${page}.1 "${CMAKE_INSTALL_MANDIR}/man1")
 endforeach()
 kelvaro_install_gzipped(packaging/changelog changelog "${_docdir}")
