@@ -1,3 +1,4 @@
+#include "kelvaroversion.h"
 #include "mainwindow.h"
 #include "startup.h"
 
@@ -6,14 +7,20 @@
 
 int main(int argc, char *argv[])
 {
-    QApplication app(argc, argv);
     QApplication::setApplicationName("Kelvaro");
-    QApplication::setApplicationVersion("0.40");
+    QApplication::setApplicationVersion(KELVARO_VERSION);
 
+    // The options are read before the GUI application exists, so that --help, --version and
+    // usage errors are answered in a terminal without a display.
+    QStringList directories;
+    {
+        QCoreApplication commandLine(argc, argv);
+        QTextStream errors(stderr);
+        directories = Startup::startDirectories(commandLine.arguments(), errors);
+    }
+
+    QApplication app(argc, argv);
     QTextStream out(stdout);
-    QTextStream errors(stderr);
-    const QStringList directories = Startup::startDirectories(app.arguments(), errors);
-
     Startup::showSplashScreen();
     Startup::applyStyleSheet(app, ":/qdarkstyle/style.qss", out);
 

@@ -11,6 +11,8 @@
 #include <QTextStream>
 #include <QTimer>
 
+#include <cstdlib>
+
 namespace Startup {
 
 QStringList startDirectories(const QStringList &arguments, QTextStream &errors)
@@ -24,7 +26,15 @@ QStringList startDirectories(const QStringList &arguments, QTextStream &errors)
         "directories",
         QCoreApplication::translate("Startup", "Directories to scan instead of the last one."),
         "[DIRECTORY...]");
-    parser.process(arguments);
+    // parse() rather than process(): an unknown option exits with 2, as the manual page says.
+    if (!parser.parse(arguments)) {
+        errors << "kelvaro: " << parser.errorText() << "\nTry 'kelvaro --help'." << Qt::endl;
+        std::exit(2);
+    }
+    if (parser.isSet(QStringLiteral("version")))
+        parser.showVersion();
+    if (parser.isSet(QStringLiteral("help")))
+        parser.showHelp(0);
 
     QStringList directories;
     for (const QString &argument : parser.positionalArguments()) {
@@ -32,7 +42,8 @@ QStringList startDirectories(const QStringList &arguments, QTextStream &errors)
         if (info.isDir())
             directories.append(info.absoluteFilePath());
         else
-            errors << "Not a directory: " << argument << Qt::endl;
+            errors << "kelvaro: " << argument << ": "
+                   << (info.exists() ? "Not a directory" : "No such file or directory") << Qt::endl;
     }
     return directories;
 }

@@ -12,8 +12,9 @@ class QTextStream;
 namespace Startup {
 
 // Reads `kelvaro [DIRECTORY...]` and returns the given directories as absolute paths. --help and
-// --version print their text and end the program. Arguments that are not directories are left
-// out with a note on `errors`.
+// --version print their text on standard output and end the program with 0; an unknown option
+// is a usage error: a note on `errors` and exit code 2. Arguments that are not directories are
+// left out with a note and the reason on `errors` ("x.jpg: Not a directory").
 QStringList startDirectories(const QStringList &arguments, QTextStream &errors);
 
 // The splash screen with the version message; it closes itself after three seconds and is never

@@ -81,7 +81,7 @@ install_tools
 
 log "building (release preset)"
 # Tests are not needed here; leaving them out keeps the benchmark independent of their state.
-cmake --preset release -DKELVARO_BUILD_TESTS=OFF >/dev/null
+cmake --preset release -DKELVARO_BUILD_TESTS=OFF -DKELVARO_BUILD_BENCH=ON >/dev/null
 cmake --build --preset release --target kelvaro_bench_corpus kelvaro_bench_floor \
     kelvaro_bench_scan kelvaro_bench_stages kelvaro_bench_charts kelvaro_bench_stop
 

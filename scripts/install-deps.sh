@@ -10,6 +10,8 @@ packages=(
     qt6-base-dev qt6-charts-dev qt6-datavisualization-dev qt6-declarative-dev
     libqt6opengl6-dev libqt6sql6-sqlite libsqlite3-dev libgl1-mesa-dri
     xvfb xauth
+    qt6-svg-dev
+    desktop-file-utils appstream lintian dpkg-dev file
 )
 if [ "${KELVARO_WITH_FUZZ:-0}" = 1 ]; then
     packages+=(clang-14 libclang-rt-14-dev)

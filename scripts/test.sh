@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Installs what is missing, checks the formatting, builds and runs every test: the normal build
-# (optimised, warnings as errors), then the AddressSanitizer + UndefinedBehaviorSanitizer build.
-# Both suites run even when the first fails; the summary names each, skipped tests are listed
-# with their reasons, and the exit status is non-zero when anything failed.
+# (optimised, warnings as errors), the installation and the Debian package
+# (scripts/check-install.sh), then the AddressSanitizer + UndefinedBehaviorSanitizer build. Every
+# check runs even when an earlier one fails; the summary names each, skipped tests are listed with
+# their reasons, and the exit status is non-zero when anything failed.
 #
 #   KELVARO_SKIP_ASAN=1  runs only the first build's suite.
 #   KELVARO_STRICT=1     (CI sets it) also runs the tests that involve threads, timers and
@@ -46,25 +47,24 @@ run_suite() {
 summary=()
 passed=0
 failed=0
-if bash scripts/check-format.sh; then
-    summary+=("formatting: passed")
-    passed=$((passed + 1))
-else
-    summary+=("formatting: FAILED")
-    failed=$((failed + 1))
-fi
-presets=(ci)
-[ "${KELVARO_SKIP_ASAN:-0}" = 1 ] || presets+=(asan)
-for preset in "${presets[@]}"; do
-    echo "== $preset build and tests"
-    if run_suite "$preset"; then
-        summary+=("$preset build and tests: passed")
+# check NAME COMMAND...: runs the command and notes how it went.
+check() {
+    local name=$1
+    shift
+    echo "== $name"
+    if "$@"; then
+        summary+=("$name: passed")
         passed=$((passed + 1))
     else
-        summary+=("$preset build and tests: FAILED")
+        summary+=("$name: FAILED")
         failed=$((failed + 1))
     fi
-done
+}
+
+check "formatting" bash scripts/check-format.sh
+check "ci build and tests" run_suite ci
+check "install and Debian package" bash scripts/check-install.sh
+[ "${KELVARO_SKIP_ASAN:-0}" = 1 ] || check "asan build and tests" run_suite asan
 
 echo
 printf '%s\n' "${summary[@]}"

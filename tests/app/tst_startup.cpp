@@ -4,10 +4,9 @@
 #include "startup.h"
 #include "testutils.h"
 
-#include <QProcess>
-
 #include <QApplication>
 #include <QFile>
+#include <QProcess>
 #include <QSplashScreen>
 #include <QTest>
 #include <QTextStream>
@@ -27,6 +26,8 @@ private slots:
     void quitAfterFirstScanOnlyWhenAsked_data();
     void quitAfterFirstScanOnlyWhenAsked();
     void programPrintsFirstScansStatusAndQuits();
+    void commandLineWithoutDisplay_data();
+    void commandLineWithoutDisplay();
 };
 
 void TestStartup::styleSheet_data()
@@ -88,25 +89,27 @@ void TestStartup::startDirectories_data()
 {
     QTest::addColumn<QStringList>("arguments"); // "SANDBOX" stands for the scratch folder
     QTest::addColumn<QStringList>("expected");
-    QTest::addColumn<bool>("noted");
+    QTest::addColumn<QStringList>("notes");
 
     QTest::newRow("no arguments: the remembered directory is used")
-        << QStringList { "kelvaro" } << QStringList {} << false;
+        << QStringList { "kelvaro" } << QStringList {} << QStringList {};
     QTest::newRow("two directories in the given order")
         << QStringList { "kelvaro", "SANDBOX/b", "SANDBOX/a" }
-        << QStringList { "SANDBOX/b", "SANDBOX/a" } << false;
+        << QStringList { "SANDBOX/b", "SANDBOX/a" } << QStringList {};
     QTest::newRow("relative directory becomes absolute")
-        << QStringList { "kelvaro", "REL" } << QStringList { "SANDBOX/a" } << false;
-    QTest::newRow("a file and a missing path are left out with a note")
+        << QStringList { "kelvaro", "REL" } << QStringList { "SANDBOX/a" } << QStringList {};
+    QTest::newRow("a file and a missing path are left out with the reason")
         << QStringList { "kelvaro", "SANDBOX/file.txt", "SANDBOX/missing", "SANDBOX/a" }
-        << QStringList { "SANDBOX/a" } << true;
+        << QStringList { "SANDBOX/a" }
+        << QStringList { "kelvaro: SANDBOX/file.txt: Not a directory",
+                         "kelvaro: SANDBOX/missing: No such file or directory" };
 }
 
 void TestStartup::startDirectories()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QStringList, expected);
-    QFETCH(bool, noted);
+    QFETCH(QStringList, notes);
 
     testutils::Sandbox sandbox;
     sandbox.makeDir("a");
@@ -122,14 +125,65 @@ void TestStartup::startDirectories()
         argument.replace("SANDBOX", root).replace("REL", "a");
     for (QString &path : expected)
         path.replace("SANDBOX", root);
+    for (QString &note : notes)
+        note.replace("SANDBOX", root);
 
-    QString notes;
-    QTextStream errors(&notes);
+    QString printed;
+    QTextStream errors(&printed);
     const QStringList directories = Startup::startDirectories(arguments, errors);
     QDir::setCurrent(previous);
     errors.flush();
     QCOMPARE(directories, expected);
-    QCOMPARE(!notes.isEmpty(), noted);
+    QCOMPARE(printed.split('\n', Qt::SkipEmptyParts), notes);
+}
+
+void TestStartup::commandLineWithoutDisplay_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("output");
+    QTest::addColumn<QString>("errorOutput");
+
+    QTest::newRow("--version") << QStringList { "--version" } << 0 << "Kelvaro 0.40\n"
+                               << "";
+    QTest::newRow("-v") << QStringList { "-v" } << 0 << "Kelvaro 0.40\n"
+                        << "";
+    QTest::newRow("--help lists the options") << QStringList { "--help" } << 0 << "--version"
+                                              << "";
+    QTest::newRow("unknown option: usage error on standard error")
+        << QStringList { "--bogus" } << 2 << ""
+        << "kelvaro: Unknown option 'bogus'.";
+}
+
+// The real program, with no display to connect to: were the GUI application made before the
+// options are read, it would abort instead of answering.
+void TestStartup::commandLineWithoutDisplay()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitCode);
+    QFETCH(QString, output);
+    QFETCH(QString, errorOutput);
+
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove("DISPLAY");
+    environment.remove("WAYLAND_DISPLAY");
+    environment.remove("QT_QPA_PLATFORM");
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(KELVARO_PROGRAM, arguments);
+    QVERIFY2(process.waitForFinished(60000), qPrintable(process.errorString()));
+    const QString printed = QString::fromLocal8Bit(process.readAllStandardOutput());
+    const QString errors = QString::fromLocal8Bit(process.readAllStandardError());
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QVERIFY2(process.exitCode() == exitCode, qPrintable(errors));
+    if (output.startsWith("--"))
+        QVERIFY2(printed.startsWith("Usage: ") && printed.contains(output), qPrintable(printed));
+    else
+        QCOMPARE(printed, output);
+    if (errorOutput.isEmpty())
+        QCOMPARE(errors, QString());
+    else
+        QVERIFY2(errors.startsWith(errorOutput), qPrintable(errors));
 }
 
 void TestStartup::quitAfterFirstScanOnlyWhenAsked_data()
@@ -177,7 +231,7 @@ void TestStartup::programPrintsFirstScansStatusAndQuits()
     environment.insert("QT_QPA_PLATFORM", "offscreen");
     environment.insert(Startup::quitAfterFirstScanVariable, "1");
     program.setProcessEnvironment(environment);
-    program.start(KELVARO_APP_BINARY, { photos });
+    program.start(KELVARO_PROGRAM, { photos });
     QVERIFY2(program.waitForFinished(120000), "the program did not end after its first scan");
     QCOMPARE(program.exitStatus(), QProcess::NormalExit);
     QCOMPARE(program.exitCode(), 0);

@@ -34,30 +34,39 @@ void ToolTest::printsWhatTheScanStores_data()
     QTest::addColumn<QStringList>("files");
     QTest::addColumn<int>("exitCode");
     QTest::addColumn<QStringList>("lines");
+    QTest::addColumn<QString>("reason"); // on standard error; a usage error prints the usage
     const QString typical = QStringLiteral("a.jpg;2023:07:14 18:30:05;Canon;Canon EOS 5D Mark IV;"
                                            "EF24-70mm f/2.8L II USM;50;400;2.8;0.004;1/250;"
                                            "Matrix;Av [Aperture-priority]");
-    QTest::newRow("one recognised JPEG") << QStringList { "a.jpg" } << 0 << QStringList { typical };
+    QTest::newRow("one recognised JPEG")
+        << QStringList { "a.jpg" } << 0 << QStringList { typical } << QString();
     QTest::newRow("HEIF and AVIF as the JPEG")
         << QStringList { "h.HEIC", "v.avif" } << 0
         << QStringList { QString(typical).replace(0, 5, QStringLiteral("h.HEIC")),
-                         QString(typical).replace(0, 5, QStringLiteral("v.avif")) };
+                         QString(typical).replace(0, 5, QStringLiteral("v.avif")) }
+        << QString();
     QTest::newRow("a HEIF file without an Exif item")
-        << QStringList { "none.heif" } << 1 << QStringList { "none.heif;not recognised" };
+        << QStringList { "none.heif" } << 1 << QStringList { "none.heif;not recognised" }
+        << QString();
     QTest::newRow("a file without shooting tags")
         << QStringList { "bare.tif" } << 0
-        << QStringList { "bare.tif;n.a.;Nikon;n.a.;n.a.;0;0;0.0;0;n.a;n.a;not defined" };
+        << QStringList { "bare.tif;n.a.;Nikon;n.a.;n.a.;0;0;0.0;0;n.a;n.a;not defined" }
+        << QString();
     QTest::newRow("CR3 with 24.5 mm and 1/3 s")
         << QStringList { "c.cr3" } << 0
         << QStringList { "c.cr3;n.a.;Canon;n.a.;n.a.;24.5;0;0.0;0.3333333333333333;1/3;n.a;"
-                         "n.a." };
+                         "n.a." }
+        << QString();
     QTest::newRow("a recognised and a rejected file")
-        << QStringList { "a.jpg", "x.png" } << 1 << QStringList { typical, "x.png;not recognised" };
+        << QStringList { "a.jpg", "x.png" } << 1 << QStringList { typical, "x.png;not recognised" }
+        << QString();
     QTest::newRow("a file that doesn't exist")
-        << QStringList { "missing.jpg" } << 1 << QStringList { "missing.jpg;not recognised" };
-    QTest::newRow("no file: usage error") << QStringList() << 2 << QStringList();
+        << QStringList { "missing.jpg" } << 1 << QStringList { "missing.jpg;not recognised" }
+        << "missing.jpg: No such file or directory\n";
+    QTest::newRow("no file: usage error")
+        << QStringList() << 2 << QStringList() << "Usage: kelvaro-exif";
     QTest::newRow("unknown option: usage error")
-        << QStringList { "--bogus", "a.jpg" } << 2 << QStringList();
+        << QStringList { "--bogus", "a.jpg" } << 2 << QStringList() << "Usage: kelvaro-exif";
 }
 
 void ToolTest::printsWhatTheScanStores()
@@ -65,6 +74,7 @@ void ToolTest::printsWhatTheScanStores()
     QFETCH(QStringList, files);
     QFETCH(int, exitCode);
     QFETCH(QStringList, lines);
+    QFETCH(QString, reason);
     testutils::Sandbox sandbox;
     QVERIFY(fixture::writePhoto(sandbox.filePath("a.jpg"), fixture::Format::Jpeg,
                                 fixture::typicalTags()));
@@ -90,8 +100,10 @@ void ToolTest::printsWhatTheScanStores()
     const ToolRun run = runTool(arguments);
     QCOMPARE(run.exitCode, exitCode);
     QCOMPARE(run.lines, lines);
-    if (exitCode == 2)
-        QVERIFY2(run.errors.contains(QLatin1String("Usage: kelvaro-exif")), qPrintable(run.errors));
+    if (reason.isEmpty())
+        QCOMPARE(run.errors, QString());
+    else
+        QVERIFY2(run.errors.contains(reason), qPrintable(run.errors));
 }
 
 void ToolTest::entriesComeBeforeTheFileLine()

@@ -78,7 +78,7 @@ void drawEmblem(QPainter &painter, QPointF centre, qreal radius)
             QRectF(x, bottom - barHeights[i] * unit, unit * 1.1, barHeights[i] * unit));
     }
 
-    painter.setClipPath(rim);
+    // Each blade is cut to the rim as a path rather than clipped: an SVG file keeps no clip.
     const auto blades = irisBlades(centre, radius, opening, 6, -90);
     for (size_t i = 0; i < blades.size(); ++i) {
         const QColor c = bladeColours[i];
@@ -87,9 +87,8 @@ void drawEmblem(QPainter &painter, QPointF centre, qreal radius)
         shade.setColorAt(1, c.darker(135));
         painter.setPen(QPen(QColor(0x0d, 0x16, 0x22), qMax(1.0, radius / 40)));
         painter.setBrush(shade);
-        painter.drawPath(blades[i]);
+        painter.drawPath(blades[i].intersected(rim));
     }
-    painter.setClipping(false);
 
     // The lens barrel around the blades.
     painter.setBrush(Qt::NoBrush);
@@ -102,12 +101,8 @@ void drawEmblem(QPainter &painter, QPointF centre, qreal radius)
 
 namespace images {
 
-QImage windowIcon()
+void paintAppIcon(QPainter &painter)
 {
-    QImage image = paintutil::blank(256, 256);
-    QPainter painter(&image);
-    paintutil::prepare(painter);
-
     const QRectF tile(8, 8, 240, 240);
     QLinearGradient night(tile.topLeft(), tile.bottomRight());
     night.setColorAt(0, QColor(0x2b, 0x4c, 0x7e));
@@ -117,6 +112,20 @@ QImage windowIcon()
     painter.drawRoundedRect(tile, 48, 48);
 
     drawEmblem(painter, tile.center(), 92);
+}
+
+QImage windowIcon()
+{
+    return appIcon(256);
+}
+
+QImage appIcon(int size)
+{
+    QImage image = paintutil::blank(size, size);
+    QPainter painter(&image);
+    paintutil::prepare(painter);
+    painter.scale(size / 256.0, size / 256.0);
+    paintAppIcon(painter);
     return image;
 }
 

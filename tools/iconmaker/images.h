@@ -5,6 +5,8 @@
 #include <QImage>
 #include <QString>
 
+class QPainter;
+
 // Every function returns a finished image in ARGB32 (premultiplied) at its final size.
 namespace images {
 
@@ -22,6 +24,12 @@ QImage settings();
 QImage pageUpdate();
 QImage pageRanges();
 QImage pageExclude();
+
+// The program's icon drawn into a 256 x 256 space; scale the painter for other sizes.
+void paintAppIcon(QPainter &painter);
+
+// The icon at size x size pixels; the window icon is the one at 256.
+QImage appIcon(int size);
 
 // Window icon (256 x 256) and splash screen (542 x 302).
 QImage windowIcon();

@@ -1,13 +1,20 @@
 /*
  * iconmaker draws every image of Kelvaro with QPainter: the tool-bar and file-type icons, the
  * page icons of the settings dialog, the window icon and the splash screen. The PNG files it
- * writes are committed under ressourcen/ and compiled into the program; nothing here runs at
+ * writes are committed under ressourcen/ and compiled into the program; they are not drawn at
  * build time. After changing a drawing, build the target and run it from the repository root:
  *
  *     QT_QPA_PLATFORM=offscreen <build-dir>/tools/iconmaker/iconmaker ressourcen
  *
  * It overwrites the files in place. The output depends only on this code and the system's
  * default font, so running it twice gives the same bytes.
+ *
+ * The installed program's icons are drawn at build time instead, from the same drawing:
+ *
+ *     iconmaker --hicolor <dir> <app-id>
+ *
+ * writes <dir>/<N>x<N>/apps/<app-id>.png for the sizes of the icon theme and
+ * <dir>/scalable/apps/<app-id>.svg, a tree to install under share/icons/hicolor/.
  */
 #include "images.h"
 
@@ -16,7 +23,9 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QImage>
+#include <QPainter>
 #include <QString>
+#include <QSvgGenerator>
 #include <QTextStream>
 
 #include <functional>
@@ -73,6 +82,42 @@ std::vector<Output> allOutputs()
     return outputs;
 }
 
+// Fixed metadata: the default resolution would follow the screen.
+bool savePng(QImage image, const QString &file)
+{
+    QDir().mkpath(QFileInfo(file).absolutePath());
+    image = image.convertToFormat(QImage::Format_ARGB32);
+    image.setDotsPerMeterX(3780);
+    image.setDotsPerMeterY(3780);
+    return image.save(file, "PNG");
+}
+
+bool writeHicolorTree(const QDir &dir, const QString &appId, QTextStream &err)
+{
+    for (const int size : { 16, 32, 48, 64, 128, 256, 512 }) {
+        const QString file = dir.filePath(QStringLiteral("%1x%1/apps/%2.png").arg(size).arg(appId));
+        if (!savePng(images::appIcon(size), file)) {
+            err << "iconmaker: cannot write " << file << '\n';
+            return false;
+        }
+    }
+    const QString svgFile = dir.filePath(QStringLiteral("scalable/apps/%1.svg").arg(appId));
+    QDir().mkpath(QFileInfo(svgFile).absolutePath());
+    QSvgGenerator svg;
+    svg.setFileName(svgFile);
+    svg.setSize(QSize(256, 256));
+    svg.setViewBox(QRect(0, 0, 256, 256));
+    svg.setTitle(QStringLiteral("Kelvaro"));
+    QPainter painter;
+    if (!painter.begin(&svg)) {
+        err << "iconmaker: cannot write " << svgFile << '\n';
+        return false;
+    }
+    painter.setRenderHint(QPainter::Antialiasing);
+    images::paintAppIcon(painter);
+    return painter.end();
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -80,20 +125,18 @@ int main(int argc, char *argv[])
     QGuiApplication app(argc, argv);
     QTextStream err(stderr);
     const QStringList args = app.arguments();
+    if (args.size() == 4 && args.at(1) == QLatin1String("--hicolor"))
+        return writeHicolorTree(QDir(args.at(2)), args.at(3), err) ? 0 : 1;
     if (args.size() != 2) {
-        err << "usage: iconmaker <output-dir>   (e.g. ressourcen)\n";
+        err << "usage: iconmaker <output-dir>   (e.g. ressourcen)\n"
+               "       iconmaker --hicolor <output-dir> <app-id>\n";
         return 2;
     }
 
     const QDir outDir(args.at(1));
     for (const Output &output : allOutputs()) {
         const QString file = outDir.filePath(output.path);
-        QDir().mkpath(QFileInfo(file).absolutePath());
-        QImage image = output.draw().convertToFormat(QImage::Format_ARGB32);
-        // Fixed metadata: the default resolution would follow the screen.
-        image.setDotsPerMeterX(3780);
-        image.setDotsPerMeterY(3780);
-        if (!image.save(file, "PNG")) {
+        if (!savePng(output.draw(), file)) {
             err << "iconmaker: cannot write " << file << '\n';
             return 1;
         }

@@ -1,12 +1,14 @@
 // kelvaro-exif [--entries] FILE...
 //
 // Prints for each file the values the scan stores in its table, one line of ';'-separated
-// fields, or "FILENAME;not recognised" for a file the reader rejects. With --entries, the entry
-// description lines of every directory walked come before the file's line. Exit code 0 when
-// every file was recognised, 1 otherwise, 2 on a usage error.
+// fields, or "FILENAME;not recognised" for a file the reader rejects; a file that cannot be read
+// is also named on standard error with the reason. With --entries, the entry description lines
+// of every directory walked come before the file's line. Exit code 0 when every file was
+// recognised, 1 otherwise, 2 on a usage error (docs/man/kelvaro-exif.1).
 #include "texiffile.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QLoggingCategory>
 #include <QStringList>
 #include <QTextStream>
@@ -33,7 +35,8 @@ void printEntryLines(QtMsgType type, const QMessageLogContext &context, const QS
 const char usage[] = "Usage: kelvaro-exif [--entries] FILE...\n"
                      "Prints per file: FILENAME;DATE;MAKER;MODEL;LENS;FOCALLENGTH;ISO;FNUMBER;"
                      "EXPTIME;EXPTIMESTRING;METERINGMODE;EXPOSUREMODE\n"
-                     "  --entries  first print the entry description lines of every directory\n";
+                     "  --entries   first print the entry description lines of every directory\n"
+                     "  -h, --help  print this help and exit\n";
 
 // Reals are written as QVariant writes them, the same text a CSV export of the table holds.
 QString real(double value)
@@ -75,6 +78,11 @@ int main(int argc, char *argv[])
     for (const QString &path : std::as_const(files)) {
         TExifFile file(path);
         if (!file.processFile()) {
+            // The reader says only no; the reason an unreadable file gives is worth telling.
+            QFile probe(path);
+            if (!probe.open(QIODevice::ReadOnly))
+                QTextStream(stderr)
+                    << "kelvaro-exif: " << path << ": " << probe.errorString() << '\n';
             out() << file.fileName() << ";not recognised\n";
             allRecognised = false;
             continue;
