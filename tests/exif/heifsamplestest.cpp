@@ -1,6 +1,7 @@
 #include "heifsamplestest.h"
 
 #include "exifreaderlimits.h"
+#include "referencevalues.h"
 #include "texiffile.h"
 
 #include <QFile>
@@ -11,33 +12,7 @@ namespace {
 
 const QString heifSamplesDir = QStringLiteral(KELVARO_SAMPLES_HEIF_DIR);
 
-using Row = QHash<QString, QString>;
-
-// expected.csv: ';'-separated, one header line naming the columns.
-QList<Row> referenceRows()
-{
-    QFile file(heifSamplesDir + QStringLiteral("/expected.csv"));
-    QList<Row> rows;
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-        return rows;
-    const QStringList header = QString::fromUtf8(file.readLine()).trimmed().split(u';');
-    while (!file.atEnd()) {
-        const QString line = QString::fromUtf8(file.readLine()).trimmed();
-        if (line.isEmpty())
-            continue;
-        const QStringList values = line.split(u';');
-        Row row;
-        for (int i = 0; i < header.size() && i < values.size(); ++i)
-            row.insert(header[i], values[i]);
-        rows.append(row);
-    }
-    return rows;
-}
-
-bool sameReal(const QString &expected, double actual)
-{
-    return qAbs((expected.isEmpty() ? 0.0 : expected.toDouble()) - actual) < 1e-6;
-}
+using referencevalues::Row;
 
 } // namespace
 
@@ -54,7 +29,7 @@ void HeifSamplesTest::heifSampleGivesItsExpectedResult_data()
     QTest::addColumn<Row>("expected");
     if (!QFile::exists(heifSamplesDir + QStringLiteral("/expected.csv")))
         QSKIP("the folder of HEIF samples with expected.csv is not present");
-    for (const Row &row : referenceRows())
+    for (const Row &row : referencevalues::read(heifSamplesDir + QStringLiteral("/expected.csv")))
         QTest::newRow(qPrintable(row.value(QStringLiteral("file"))))
             << row.value(QStringLiteral("file")) << row;
 }
@@ -75,11 +50,9 @@ void HeifSamplesTest::heifSampleGivesItsExpectedResult()
     }
     QVERIFY2(recognised, "a HEIF file with Exif is recognised");
     ++filesCompared;
-    const auto text = [&](const char *column) {
-        const QString value = expected.value(QLatin1String(column));
-        return value.isEmpty() ? QStringLiteral("n.a.") : value;
-    };
-    const QList<std::tuple<const char *, bool, QString>> fields = {
+    using referencevalues::sameReal;
+    const auto text = [&](const char *column) { return referencevalues::text(expected, column); };
+    const QList<referencevalues::Field> fields = {
         { "Make", file.Make.trimmed() == text("Make"), file.Make },
         { "Model", file.Model.trimmed() == text("Model"), file.Model },
         { "LensModel", file.LensModel.trimmed() == text("LensModel"), file.LensModel },
@@ -103,16 +76,8 @@ void HeifSamplesTest::heifSampleGivesItsExpectedResult()
                    file.exif_0x920A_FocalLengthAsReal()),
           QString::number(file.exif_0x920A_FocalLengthAsReal()) },
     };
-    QStringList disagreeing;
-    for (const auto &[name, agrees, actual] : fields) {
-        ++fieldsCompared;
-        if (agrees)
-            ++fieldsAgreeing;
-        else
-            disagreeing.append(
-                QStringLiteral("%1: read \"%2\", expected \"%3\"")
-                    .arg(QLatin1String(name), actual, expected.value(QLatin1String(name))));
-    }
+    const QStringList disagreeing =
+        referencevalues::disagreements(fields, expected, fieldsCompared, fieldsAgreeing);
     QVERIFY2(disagreeing.isEmpty(), qPrintable(disagreeing.join(QStringLiteral("; "))));
 }
 

@@ -2,6 +2,7 @@
 
 #include "exifreaderlimits.h"
 #include "photofixture.h"
+#include "referencevalues.h"
 #include "testutils.h"
 #include "texiffile.h"
 
@@ -15,28 +16,7 @@ namespace {
 const QString samplesDir = QStringLiteral(KELVARO_SAMPLES_DIR);
 const QString malformedDir = QStringLiteral(KELVARO_MALFORMED_DIR);
 
-using Row = QHash<QString, QString>;
-
-// expected.csv: ';'-separated, one header line naming the columns.
-QList<Row> referenceRows()
-{
-    QFile file(samplesDir + QStringLiteral("/expected.csv"));
-    QList<Row> rows;
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-        return rows;
-    const QStringList header = QString::fromUtf8(file.readLine()).trimmed().split(u';');
-    while (!file.atEnd()) {
-        const QString line = QString::fromUtf8(file.readLine()).chopped(1);
-        if (line.isEmpty())
-            continue;
-        const QStringList values = line.split(u';');
-        Row row;
-        for (int i = 0; i < header.size() && i < values.size(); ++i)
-            row.insert(header[i], values[i]);
-        rows.append(row);
-    }
-    return rows;
-}
+using referencevalues::Row;
 
 // ExifTool drops trailing blanks that the reader keeps.
 QString withoutTrailingBlanks(QString text)
@@ -44,11 +24,6 @@ QString withoutTrailingBlanks(QString text)
     while (text.endsWith(u' '))
         text.chop(1);
     return text;
-}
-
-bool sameReal(const QString &expected, double actual)
-{
-    return qAbs((expected.isEmpty() ? 0.0 : expected.toDouble()) - actual) < 1e-6;
 }
 
 } // namespace
@@ -64,7 +39,7 @@ void SamplesTest::realSampleAgreesWithReference_data()
     QTest::addColumn<Row>("expected");
     if (!QFile::exists(samplesDir + QStringLiteral("/expected.csv")))
         QSKIP("the sample folder with expected.csv is not present");
-    for (const Row &row : referenceRows()) {
+    for (const Row &row : referencevalues::read(samplesDir + QStringLiteral("/expected.csv"))) {
         if (row.value(QStringLiteral("reader_expect")) == QLatin1String("ok"))
             QTest::newRow(qPrintable(row.value(QStringLiteral("file"))))
                 << row.value(QStringLiteral("file")) << row;
@@ -79,11 +54,9 @@ void SamplesTest::realSampleAgreesWithReference()
     QVERIFY2(file.processFile(), "a camera file the reader handles is recognised");
     ++filesCompared;
 
-    const auto text = [&](const char *column) {
-        const QString value = expected.value(QLatin1String(column));
-        return value.isEmpty() ? QStringLiteral("n.a.") : value;
-    };
-    const QList<std::tuple<const char *, bool, QString>> fields = {
+    using referencevalues::sameReal;
+    const auto text = [&](const char *column) { return referencevalues::text(expected, column); };
+    const QList<referencevalues::Field> fields = {
         { "Make", withoutTrailingBlanks(file.Make) == text("Make"), file.Make },
         { "Model", withoutTrailingBlanks(file.Model) == text("Model"), file.Model },
         { "LensModel", withoutTrailingBlanks(file.LensModel) == text("LensModel"), file.LensModel },
@@ -111,16 +84,8 @@ void SamplesTest::realSampleAgreesWithReference()
           sameReal(expected.value(QStringLiteral("ExposureProgram")), file.ExposureProgram),
           QString::number(file.ExposureProgram) },
     };
-    QStringList disagreeing;
-    for (const auto &[name, agrees, actual] : fields) {
-        ++fieldsCompared;
-        if (agrees)
-            ++fieldsAgreeing;
-        else
-            disagreeing.append(
-                QStringLiteral("%1: read \"%2\", expected \"%3\"")
-                    .arg(QLatin1String(name), actual, expected.value(QLatin1String(name))));
-    }
+    const QStringList disagreeing =
+        referencevalues::disagreements(fields, expected, fieldsCompared, fieldsAgreeing);
     QVERIFY2(disagreeing.isEmpty(), qPrintable(disagreeing.join(QStringLiteral("; "))));
 }
 
