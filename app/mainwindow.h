@@ -1,5 +1,6 @@
 #pragma once
 
+#include "readerpool.h"
 #include "tchartsettings.h"
 
 #include <QItemSelection>
@@ -154,6 +155,8 @@ private:
     QList<QString> modelExcludes;
     QList<QString> focalLengthGroups;
     QList<QString> isoGroups;
+    // How many files a scan reads at once ("Settings..." → General).
+    int readerThreads = ReaderPool::defaultThreads;
     int chartDateTheme = 0;
 
     ChartController *chartControllerMaker = nullptr;
