@@ -46,11 +46,17 @@ ReaderPool::~ReaderPool()
         thread->wait();
 }
 
-void ReaderPool::submit(const QString &path)
+void ReaderPool::submit(const QStringList &paths)
 {
+    if (paths.isEmpty())
+        return;
     QMutexLocker lock(&mutex);
-    tasks.enqueue({ submitted++, path });
-    work.wakeOne();
+    for (const QString &path : paths)
+        tasks.enqueue({ submitted++, path });
+    if (paths.size() == 1)
+        work.wakeOne();
+    else
+        work.wakeAll();
 }
 
 PhotoRead ReaderPool::takeNext()

@@ -6,6 +6,7 @@
 #include <QMutex>
 #include <QQueue>
 #include <QString>
+#include <QStringList>
 #include <QWaitCondition>
 
 #include <functional>
@@ -39,8 +40,9 @@ public:
     ReaderPool &operator=(const ReaderPool &) = delete;
 
     int threadCount() const { return int(threads.size()); }
-    // Queues a file; its sequence number is the count of files submitted before it.
-    void submit(const QString &path);
+    // Queues files; each one's sequence number is the count of files submitted before it. Given
+    // in batches, so that the readers are woken once per batch rather than once per file.
+    void submit(const QStringList &paths);
     // The result of the next file in submission order; waits for its read.
     PhotoRead takeNext();
 

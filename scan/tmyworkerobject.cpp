@@ -72,9 +72,14 @@ void TMyWorkerObject::scanDirectories()
     int stoppedDirectory = -1;
     for (;;) {
         ScanWalk::File file;
-        while (ahead.size() < readAhead && walk.next(file)) {
-            pool.submit(file.path);
-            ahead.enqueue(file);
+        // Topped up once half the files ahead are taken: readers are woken once per batch.
+        if (ahead.size() <= readAhead / 2) {
+            QStringList batch;
+            while (ahead.size() < readAhead && walk.next(file)) {
+                batch << file.path;
+                ahead.enqueue(file);
+            }
+            pool.submit(batch);
         }
         if (ahead.isEmpty())
             break;

@@ -200,10 +200,14 @@ void TestReaderPool::resultsComeBackInSubmissionOrder()
     {
         ReaderPool pool(threads, [] { return false; });
         QCOMPARE(pool.threadCount(), threads);
+        QStringList paths;
         for (int i = 1; i <= files; ++i) {
             expected << QStringLiteral("IMG_%1.jpg").arg(i, 5, 10, QLatin1Char('0'));
-            pool.submit(sandbox.filePath(expected.last()));
+            paths << sandbox.filePath(expected.last());
         }
+        // In two batches, so that the second is queued while readers work on the first.
+        pool.submit(paths.mid(0, files / 2));
+        pool.submit(paths.mid(files / 2));
         for (int i = 0; i < files; ++i) {
             const PhotoRead read = pool.takeNext();
             QCOMPARE(int(read.outcome), int(PhotoRead::Outcome::Photo));
@@ -251,8 +255,10 @@ void TestReaderPool::stopLetsReadersFinishOnlyTheFileInHand()
     std::atomic<bool> stop { false };
     {
         ReaderPool pool(threads, [&stop] { return stop.load(); });
+        QStringList paths;
         for (int i = 1; i <= files; ++i)
-            pool.submit(sandbox.filePath(QStringLiteral("IMG_%1.jpg").arg(i, 5, 10, QChar('0'))));
+            paths << sandbox.filePath(QStringLiteral("IMG_%1.jpg").arg(i, 5, 10, QChar('0')));
+        pool.submit(paths);
         inHand.acquire(threads);
         stop = true;
         gate.release(files);
