@@ -8,12 +8,14 @@
 #include "tmyworkerobject.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QMutex>
 #include <QProcess>
 #include <QSemaphore>
 #include <QSqlQuery>
 #include <QTest>
+#include <QThread>
 #include <QWaitCondition>
 
 #include <atomic>
@@ -345,6 +347,73 @@ void TestReaderPool::rowsAreTheSameForEveryPoolSize()
                               QFileDevice::ReadOwner | QFileDevice::WriteOwner
                                   | QFileDevice::ExeOwner);
 #endif
+}
+
+void TestReaderPool::stopAtTheFiftiethFileDropsWhatWasReadAhead_data()
+{
+    QTest::addColumn<int>("threads");
+
+    QTest::newRow("1 reader") << 1;
+    QTest::newRow("2 readers") << 2;
+    QTest::newRow("default readers") << defaultThreads;
+    QTest::newRow("64 readers") << 64;
+}
+
+// The stop comes at the 50th file, once the readers have read up to the 56th: what they read
+// past the 49th is dropped, the rows are those of the first 49 files walked, in the walk's order,
+// and the next directory is read up to its next multiple of 50 (never reached with 30 files).
+void TestReaderPool::stopAtTheFiftiethFileDropsWhatWasReadAhead()
+{
+    QFETCH(int, threads);
+
+    testutils::Sandbox sandbox;
+    const QString first = sandbox.filePath("A");
+    const QString second = sandbox.filePath("B");
+    QVERIFY(scantest::writePhotos(first, 120, QStringLiteral("A_")));
+    QVERIFY(scantest::writePhotos(second, 30, QStringLiteral("B_")));
+
+    QMutex mutex;
+    QWaitCondition handedOver;
+    qint64 read = 0;
+    bool readAhead = false;
+    ReaderPool::setStepHook([&](ReaderPool::Step step, qint64 sequence, const QString &) {
+        QMutexLocker lock(&mutex);
+        if (step == ReaderPool::Step::Read)
+            ++read;
+        if (step == ReaderPool::Step::HandedOver && sequence >= 55) {
+            readAhead = true;
+            handedOver.wakeAll();
+        }
+    });
+    auto worker = scantest::makeWorker({ first, second });
+    worker->setReaderThreads(threads);
+    QObject context;
+    connect(
+        worker.get(), &TMyWorkerObject::operationUpdate, &context,
+        [&](int count) {
+            if (count != 50)
+                return;
+            QMutexLocker lock(&mutex);
+            while (!readAhead)
+                handedOver.wait(&mutex);
+            QThread::currentThread()->requestInterruption();
+        },
+        Qt::DirectConnection);
+    QCOMPARE(scantest::scanOnThread(*worker, false), (QStringList { "update 50", "done" }));
+    ReaderPool::setStepHook({});
+
+    const QStringList names = scantest::column(db, QStringLiteral("FILENAME"));
+    QStringList walked;
+    QDirIterator walk(first, QDir::Files);
+    while (walk.hasNext()) {
+        walk.next();
+        walked << walk.fileName();
+    }
+    QCOMPARE(names.mid(0, 49), walked.mid(0, 49));
+    QCOMPARE(names.filter(QStringLiteral("A_")).size(), 49);
+    QCOMPARE(names.filter(QStringLiteral("B_")).size(), 30);
+    QVERIFY2(read >= 56, qPrintable(QStringLiteral("the readers read only %1 files").arg(read)));
+    QCOMPARE(ReaderPool::readersRunning(), 0);
 }
 
 void TestReaderPool::stopEndsOnlyTheCurrentDirectoryForEveryPoolSize_data()

@@ -24,6 +24,8 @@ private slots:
     void stopLetsReadersFinishOnlyTheFileInHand();
     void rowsAreTheSameForEveryPoolSize_data();
     void rowsAreTheSameForEveryPoolSize();
+    void stopAtTheFiftiethFileDropsWhatWasReadAhead_data();
+    void stopAtTheFiftiethFileDropsWhatWasReadAhead();
     void stopEndsOnlyTheCurrentDirectoryForEveryPoolSize_data();
     void stopEndsOnlyTheCurrentDirectoryForEveryPoolSize();
 
