@@ -1,5 +1,6 @@
 #pragma once
 
+#include "readerpool.h"
 #include "tchartsettings.h"
 
 #include <QItemSelection>
@@ -159,6 +160,8 @@ private:
     QList<QString> modelExcludes;
     QList<QString> focalLengthGroups;
     QList<QString> isoGroups;
+    // How many files a scan reads at once ("Settings..." → General).
+    int readerThreads = ReaderPool::defaultThreads;
     int chartDateTheme = 0;
 
     ChartController *chartControllerMaker = nullptr;

@@ -167,6 +167,7 @@ void MainWindow::on_actionGlobalSettings_triggered()
     dialog->setFocalLengthGroups(focalLengthGroups);
     dialog->setISOGroups(isoGroups);
     dialog->setCheckForUpdate(checkForUpdatesOnStart);
+    dialog->setReaderThreads(readerThreads);
     if (dialog->exec() != QDialog::Accepted)
         return;
 
@@ -175,6 +176,7 @@ void MainWindow::on_actionGlobalSettings_triggered()
     focalLengthGroups = dialog->focalLengthGroups();
     isoGroups = dialog->isoGroups();
     checkForUpdatesOnStart = dialog->checkForUpdate();
+    readerThreads = dialog->readerThreads();
     // New exclusions and groups take effect through a new scan, even when nothing changed.
     onDirectorySelectionChanged();
 }

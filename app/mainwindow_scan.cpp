@@ -158,6 +158,7 @@ void MainWindow::doWorkerOperation()
     // The ranges change only together with a new scan (global settings), so the scan can build
     // the grouped charts' indexes for the refresh that follows it.
     worker->setGroupedStatisticIndexes(groupedStatisticIndexes());
+    worker->setReaderThreads(readerThreads);
     workerThread = new QThread(this);
     worker->moveToThread(workerThread);
 

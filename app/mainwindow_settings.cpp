@@ -4,10 +4,13 @@
 #include "ui_mainwindow.h"
 
 #include "chartsettingsstore.h"
+#include "readerpool.h"
 
 #include <QComboBox>
 #include <QFileInfo>
 #include <QSettings>
+
+#include <algorithm>
 
 namespace {
 
@@ -93,6 +96,9 @@ void MainWindow::readSettings()
     modelExcludes = settings.value("modelExcludes", QVariant()).toStringList();
     focalLengthGroups = settings.value("focalLengthGroups", QVariant()).toStringList();
     isoGroups = settings.value("isoGroups", QVariant()).toStringList();
+    // A stored count outside the range (edited by hand) is brought into it.
+    readerThreads = std::clamp(settings.value("readerThreads", ReaderPool::defaultThreads).toInt(),
+                               ReaderPool::minThreads, ReaderPool::maxThreads);
     settings.endGroup();
 
     settings.beginGroup("ChartSettings");
@@ -136,6 +142,7 @@ void MainWindow::saveSettings()
     settings.setValue("modelExcludes", QStringList(modelExcludes));
     settings.setValue("focalLengthGroups", QStringList(focalLengthGroups));
     settings.setValue("isoGroups", QStringList(isoGroups));
+    settings.setValue("readerThreads", readerThreads);
     settings.endGroup();
 
     settings.beginGroup("ChartSettings");

@@ -83,7 +83,8 @@ log "building (release preset)"
 # Tests are not needed here; leaving them out keeps the benchmark independent of their state.
 cmake --preset release -DKELVARO_BUILD_TESTS=OFF -DKELVARO_BUILD_BENCH=ON >/dev/null
 cmake --build --preset release --target kelvaro_bench_corpus kelvaro_bench_floor \
-    kelvaro_bench_scan kelvaro_bench_stages kelvaro_bench_charts kelvaro_bench_stop
+    kelvaro_bench_scan kelvaro_bench_stages kelvaro_bench_charts kelvaro_bench_stop \
+    kelvaro_bench_cold
 
 log "corpus"
 "$OUT_DIR/kelvaro_bench_corpus" "$CORPUS"
@@ -159,6 +160,10 @@ echo "$CHARTS" >&2
 log "stopping a scan with $CHART_ROWS rows stored"
 STOP="$("$OUT_DIR/kelvaro_bench_stop" "$SMALL" "$CHART_ROWS" "$RUNS")"
 echo "$STOP" >&2
+
+log "cold page cache: the files' pages dropped before every run; floor, pool sizes, warm ratio"
+COLD="$("$OUT_DIR/kelvaro_bench_cold" "$SMALL" "$RUNS" "$SMALL_FILES")" || die "cold scan rows differ"
+echo "$COLD" >&2
 LOAD_END="$(loadavg)"
 
 # ---- the table ----
@@ -187,6 +192,22 @@ KEPT=$(( $(c refreshes) - 1 ))
 LIVE_GROWTH=$(( $(c charts_n) - $(c charts_1) + $(c models_n) - $(c models_1) - KEPT \
     + $(c controllers_n) - $(c controllers_1) - KEPT ))
 PARTS="Maker $(c maker_ms), Model $(c model_ms), Lens $(c lens_ms), FocLen $(c foclen_ms), FocLenG $(c foclen_groups_ms), ISO $(c iso_ms), ISOG $(c iso_groups_ms), FNum $(c fnumber_ms), ExpTime $(c exptime_ms), MetMode $(c metering_ms), ExpMode $(c program_ms), date chart $(c date_ms); the bare SQL of the Lens statistic $(c sql_lens_only_ms)"
+cold() { field "$2" "$(grep "^RESULT $1 " <<<"$COLD")"; }
+DEFAULT_READERS="$(cold rows default_threads)"
+COLD_SEQ="$(cold cold_scan_1 files_per_s)"
+COLD_DEF="$(cold "cold_scan_$DEFAULT_READERS" files_per_s)"
+COLD_F1="$(cold cold_floor_1 files_per_s)"
+COLD_F64="$(cold cold_floor_64 files_per_s)"
+R_COLD_SEQ="$(calc '%.1f' "$COLD_DEF / $COLD_SEQ")"
+R_COLD_FLOOR="$(calc '%.1f' "100 * $COLD_DEF / $COLD_F64")"
+WARM_1="$(cold warm_scan_1 files_per_s)"
+WARM_DEF="$(cold warm_scan_default files_per_s)"
+R_WARM="$(calc '%.1f' "100 * $WARM_DEF / $WARM_1")"
+COLD_HWM="$(cold memory default_hwm_growth_mb)"
+CURVE=""
+for n in 1 2 4 8 16 32 64; do
+    CURVE="$CURVE${CURVE:+, }$n: $(cold "cold_scan_$n" files_per_s)"
+done
 CPU="$(sed -n 's/^model name[[:space:]]*: //p' /proc/cpuinfo | head -1)"
 
 TABLE="$OUT_DIR/results.md"
@@ -210,6 +231,15 @@ TABLE="$OUT_DIR/results.md"
     echo "| updateCharts() by part (ms, each made alone on its own views, median of $RUNS) | $PARTS | | |"
     echo "| Live chart objects after 1 refresh ($(c count_rows) rows) | $LIVE_1 | | |"
     echo "| Live chart objects after $(c refreshes) refreshes | $LIVE_N | no growth beyond the kept grouped focal-length controller and its model ($KEPT each) | $(verdict "$LIVE_GROWTH <= 0") |"
+    echo "| Cold page cache: walk alone (listing, patterns, file check; only the files' pages are dropped, directories stay cached) | $(cold cold_walk files_per_s) files/s | | |"
+    echo "| Cold floor: open, read 16 KiB, close, 1 thread / 64 threads | $COLD_F1 / $COLD_F64 files/s | | |"
+    echo "| Cold scan, 1 reader (sequential) / default pool of $DEFAULT_READERS | $COLD_SEQ / **$COLD_DEF files/s** | | |"
+    echo "| Cold scan, default pool / 1 reader | ${R_COLD_SEQ}x | >= 3x | $(verdict "$R_COLD_SEQ >= 3") |"
+    echo "| Cold scan, default pool / 64-thread floor | ${R_COLD_FLOOR} % | >= 60 % | $(verdict "$R_COLD_FLOOR >= 60") |"
+    echo "| Cold scan files/s by pool size | $CURVE | | |"
+    echo "| Warm scan, default pool / 1 reader (in turn) | ${R_WARM} % ($WARM_DEF / $WARM_1 files/s) | >= 95 % | $(verdict "$R_WARM >= 95") |"
+    echo "| Peak memory growth of the default pool's cold scans (VmHWM) | $COLD_HWM MB | <= 16 MB | $(verdict "$COLD_HWM <= 16") |"
+    echo "| Rows of every cold and warm scan, every pool size, identical to 1 reader's (order, ids, values) | $(cold rows identical) | yes | $([ "$(cold rows identical)" = yes ] && echo met || echo MISSED) |"
     echo "| Machine | $(nproc) CPUs, $CPU; load average $LOAD_START at the start, $LOAD_END at the end | | |"
     echo
     echo "Runs (s): Kelvaro $(field runs_s "$SCAN_SMALL" | tr ',' ' '); 25 MiB ($LARGE_PASSES scans each) $(field runs_s "$SCAN_LARGE" | tr ',' ' '); the same files unpadded ($LARGE_PASSES scans each) $(field other_runs_s "$SCAN_LARGE" | tr ',' ' '); floor $(field runs_s "$FLOOR" | tr ',' ' '); ExifTool $EXIFTOOL_RUNS; Exiv2 $EXIV2_RUNS. updateCharts() (ms): $(c runs_ms | tr ',' ' ')."

@@ -1,16 +1,21 @@
 #include "tmyworkerobject.h"
 
-#include "filenamepatterns.h"
 #include "photodatabase.h"
-#include "texiffile.h"
+#include "readerpool.h"
+#include "scanwalk.h"
 
-#include <QDir>
-#include <QDirIterator>
+#include <QQueue>
 #include <QThread>
+
+#include <algorithm>
 
 namespace {
 // Progress is sent, and a stop request looked at, once per this many files.
 constexpr int updateInterval = 50;
+// How many files the walk may run ahead of the rows stored, per reader: enough to keep every
+// reader busy while the worker waits for the oldest, few enough to bound the memory held.
+constexpr int readAheadPerThread = 4;
+constexpr int minReadAhead = 16;
 } // namespace
 
 TMyWorkerObject::TMyWorkerObject(QObject *parent)
@@ -40,31 +45,7 @@ void TMyWorkerObject::doOperation()
     }
 
     inserter = PhotoRowInserter::create(db);
-
-    const QDirIterator::IteratorFlags flags =
-        includeSubDirs ? QDirIterator::Subdirectories : QDirIterator::NoIteratorFlags;
-    // The patterns filter the files as QDirIterator's name filters would, only cheaper.
-    const FileNamePatterns patterns(fileFilters);
-    int counter = 0;
-    for (const QString &directory : std::as_const(directories)) {
-        QDirIterator it(directory, QDir::Files, flags);
-        while (it.hasNext()) {
-            const QString path = it.next();
-            // QDir::Files also lists links to FIFOs and devices; opening one could block forever,
-            // and they are no photos, so they are neither counted nor read.
-            if (!patterns.matches(it.fileName()) || !it.fileInfo().isFile())
-                continue;
-            ++counter;
-            if (counter % updateInterval == 0) {
-                emit operationUpdate(counter);
-                // A stop ends only this directory; the next one is begun all the same and left
-                // again at the next multiple of the interval.
-                if (QThread::currentThread()->isInterruptionRequested())
-                    break;
-            }
-            addExifFileToDB(path);
-        }
-    }
+    scanDirectories();
 
     // The statement must be released before its connection closes.
     inserter.reset();
@@ -76,20 +57,79 @@ void TMyWorkerObject::doOperation()
     emit operationDone();
 }
 
+// The files are read on the pool's threads, but counted, checked for a stop and stored here in
+// the walk's order, so that the rows, their ids and the progress are those of reading one file
+// after another.
+void TMyWorkerObject::scanDirectories()
+{
+    QThread *const scanThread = QThread::currentThread();
+    ScanWalk walk(directories, fileFilters, includeSubDirs);
+    ReaderPool pool(readerThreads, [scanThread] { return scanThread->isInterruptionRequested(); });
+    const qsizetype readAhead = std::max(minReadAhead, readAheadPerThread * pool.threadCount());
+    // Walked and submitted, not yet taken back, oldest first.
+    QQueue<ScanWalk::File> ahead;
+    int counter = 0;
+    int stoppedDirectory = -1;
+    for (;;) {
+        ScanWalk::File file;
+        // Topped up once half the files ahead are taken: readers are woken once per batch.
+        if (ahead.size() <= readAhead / 2) {
+            QStringList batch;
+            while (ahead.size() < readAhead && walk.next(file)) {
+                batch << file.path;
+                ahead.enqueue(file);
+            }
+            pool.submit(batch);
+        }
+        if (ahead.isEmpty())
+            break;
+        file = ahead.dequeue();
+        PhotoRead read = pool.takeNext();
+        // Read ahead past the point where a stop left this directory: dropped, not counted.
+        if (file.directory == stoppedDirectory)
+            continue;
+        ++counter;
+        if (counter % updateInterval == 0) {
+            emit operationUpdate(counter);
+            // A stop ends only this directory; the next one is begun all the same and left
+            // again at the next multiple of the interval.
+            if (scanThread->isInterruptionRequested()) {
+                stoppedDirectory = file.directory;
+                walk.leaveDirectory(file.directory);
+                continue;
+            }
+        }
+        // Readers pass over the files queued once a stop is asked for; those the stop rule still
+        // takes in (up to the next multiple of the interval) are read here.
+        if (read.outcome == PhotoRead::Outcome::NotRead)
+            read = PhotoRead::of(file.path);
+        storeRow(read);
+    }
+}
+
 void TMyWorkerObject::setGroupedStatisticIndexes(const QStringList &createStatements)
 {
     groupedStatisticIndexes = createStatements;
 }
 
+void TMyWorkerObject::setReaderThreads(int count)
+{
+    readerThreads = count;
+}
+
 void TMyWorkerObject::addExifFileToDB(QString path)
 {
-    TExifFile exif(path);
-    if (!exif.processFile())
+    storeRow(PhotoRead::of(path));
+}
+
+void TMyWorkerObject::storeRow(const PhotoRead &read)
+{
+    if (read.outcome != PhotoRead::Outcome::Photo)
         return;
-    if (makerExcludes.contains(exif.Make) || modelExcludes.contains(exif.Model))
+    if (makerExcludes.contains(read.make) || modelExcludes.contains(read.model))
         return;
 
     // Outside a scan there is no prepared statement: the row is not stored, as by a failed insert.
     if (inserter)
-        inserter->insert(PhotoRowInserter::rowValues(exif));
+        inserter->insert(read.values);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "photorowinserter.h"
+#include "readerpool.h"
 
 #include <QList>
 #include <QObject>
@@ -10,8 +11,9 @@
 
 #include <memory>
 
-// One scan: walks the directories for files matching the patterns, reads each with TExifFile and
-// stores one row per photo that no exclusion drops. Lives in a QThread made for this one scan; its
+// One scan: walks the directories for files matching the patterns, has each read with TExifFile on
+// a pool of reader threads and stores one row per photo that no exclusion drops, in the walk's
+// order. Lives in a QThread made for this one scan; its
 // two signals reach the main window queued.
 class TMyWorkerObject : public QObject
 {
@@ -31,6 +33,10 @@ public:
     // ranges; built with the statistic indexes when the rows are in. Set before the scan starts.
     void setGroupedStatisticIndexes(const QStringList &createStatements);
 
+    // How many threads read the files (clamped to ReaderPool's range). Set before the scan
+    // starts; the rows are the same for every count.
+    void setReaderThreads(int count);
+
 signals:
     void operationDone();
     // The number of matching files met so far in this scan, sent at every 50th.
@@ -40,6 +46,9 @@ public slots:
     void doOperation();
 
 private:
+    void scanDirectories();
+    void storeRow(const PhotoRead &read);
+
     QList<QString> directories;
     bool includeSubDirs = false;
     QList<QString> fileFilters;
@@ -49,4 +58,5 @@ private:
     // The INSERT, prepared once per scan on db; every photo only binds and executes it.
     std::unique_ptr<PhotoRowInserter> inserter;
     QStringList groupedStatisticIndexes;
+    int readerThreads = ReaderPool::defaultThreads;
 };

@@ -65,6 +65,16 @@ bool TDialogGlobalSettings::checkForUpdate()
     return ui->checkBoxUpdates->isChecked();
 }
 
+void TDialogGlobalSettings::setReaderThreads(int count)
+{
+    ui->spinBoxReaderThreads->setValue(count);
+}
+
+int TDialogGlobalSettings::readerThreads()
+{
+    return ui->spinBoxReaderThreads->value();
+}
+
 void TDialogGlobalSettings::setMakerExcludes(QList<QString> &makers)
 {
     ui->leMakerExcludes->setText(makers.join(';'));

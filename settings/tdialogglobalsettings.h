@@ -11,7 +11,8 @@ namespace Ui {
 class TSettingsDialog;
 }
 
-// The settings that are not tied to one chart: the update check, the focal-length and ISO range
+// The settings that are not tied to one chart: the update check, the number of files a scan reads
+// at once, the focal-length and ISO range
 // groups of the grouped charts and the makers and models a scan leaves out. Range groups are
 // checked as they are typed; OK is refused while either of them is invalid.
 class TDialogGlobalSettings : public QDialog
@@ -24,6 +25,10 @@ public:
 
     void setCheckForUpdate(bool check);
     bool checkForUpdate();
+
+    // How many files a scan reads at once; the spin box keeps it within its range.
+    void setReaderThreads(int count);
+    int readerThreads();
 
     void setMakerExcludes(QList<QString> &makers);
     QList<QString> makerExcludes();

@@ -37,6 +37,7 @@ public:
     QList<QString> &modelExcludes() const { return w.modelExcludes; }
     QList<QString> &focalLengthGroups() const { return w.focalLengthGroups; }
     QList<QString> &isoGroups() const { return w.isoGroups; }
+    int &readerThreads() const { return w.readerThreads; }
     int &chartDateTheme() const { return w.chartDateTheme; }
     int chartTheme() const { return w.chartTheme; }
     float &camXRotation() const { return w.camXRotation; }

@@ -3,6 +3,7 @@
 #include "localhttpserver.h"
 #include "mainwindow.h"
 #include "mainwindowprobe.h"
+#include "readerpool.h"
 #include "tdialogabout.h"
 #include "tdialogglobalsettings.h"
 #include "testutils.h"
@@ -16,6 +17,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QSignalSpy>
+#include <QSpinBox>
 #include <QSqlQuery>
 #include <QTest>
 
@@ -95,7 +97,10 @@ void TestGlobalSettings::okCopiesTheValuesBackAndRescans()
 
     QString shownMakers, shownGroups;
     bool shownUpdate = true;
+    int shownReaders = 0;
     NextModal dialog(isA<TDialogGlobalSettings>(), [&](QWidget *widget) {
+        shownReaders = widget->findChild<QSpinBox *>("spinBoxReaderThreads")->value();
+        widget->findChild<QSpinBox *>("spinBoxReaderThreads")->setValue(3);
         shownMakers = widget->findChild<QLineEdit *>("leMakerExcludes")->text();
         shownGroups = widget->findChild<QLineEdit *>("leFocalLengthGroups")->text();
         shownUpdate = widget->findChild<QCheckBox *>("checkBoxUpdates")->isChecked();
@@ -111,12 +116,14 @@ void TestGlobalSettings::okCopiesTheValuesBackAndRescans()
     QCOMPARE(shownMakers, QString("Apple"));
     QCOMPARE(shownGroups, QString("24-70;71-200"));
     QVERIFY(!shownUpdate);
+    QCOMPARE(shownReaders, ReaderPool::defaultThreads);
 
     QCOMPARE(probe.makerExcludes(), (QList<QString> { "Apple", "Nikon" }));
     QCOMPARE(probe.modelExcludes(), QList<QString> { "iPhone6" });
     QCOMPARE(probe.focalLengthGroups(), (QList<QString> { "1-60", "61-200" }));
     QCOMPARE(probe.isoGroups(), QList<QString> { "100-800" });
     QVERIFY(probe.checkForUpdatesOnStart());
+    QCOMPARE(probe.readerThreads(), 3);
     // Nothing reaches the store before the quit.
     QVERIFY(!readStore("OtherSettings/checkForUpdates").isValid());
 

@@ -4,6 +4,7 @@
 #include "localhttpserver.h"
 #include "mainwindow.h"
 #include "mainwindowprobe.h"
+#include "readerpool.h"
 #include "testutils.h"
 #include "updatesite.h"
 
@@ -113,6 +114,8 @@ private slots:
     void fileFiltersCheckTheirActions();
     void roundTripKeepsEverythingButTheDeliberateAsymmetries();
     void lastDirectoryIsWrittenAbsolute();
+    void readerThreadsAreBroughtIntoTheirRange_data();
+    void readerThreadsAreBroughtIntoTheirRange();
 
 private:
     std::unique_ptr<testutils::Sandbox> sandbox;
@@ -154,6 +157,7 @@ void TestSettingsStore::firstStart()
     QVERIFY(probe.modelExcludes().isEmpty());
     QVERIFY(probe.focalLengthGroups().isEmpty());
     QVERIFY(probe.isoGroups().isEmpty());
+    QCOMPARE(probe.readerThreads(), ReaderPool::defaultThreads);
     QCOMPARE(probe.camXRotation(), 30.0f);
     QCOMPARE(probe.camYRotation(), 30.0f);
     QCOMPARE(probe.camZoom(), 100.0f);
@@ -253,6 +257,7 @@ void TestSettingsStore::roundTripKeepsEverythingButTheDeliberateAsymmetries()
         probe.modelExcludes() = { "iPhone6" };
         probe.focalLengthGroups() = { "24-70", "71-200" };
         probe.isoGroups() = { "100-400", "401-3200" };
+        probe.readerThreads() = 7;
         for (int chart = 0; chart < 11; ++chart)
             probe.chartSettings(chart) = distinctSettings(chart);
         probe.camXRotation() = 45.0f;
@@ -271,6 +276,7 @@ void TestSettingsStore::roundTripKeepsEverythingButTheDeliberateAsymmetries()
 
     // What the store holds.
     QCOMPARE(readStore("OtherSettings/chartTheme").toInt(), 2);
+    QCOMPARE(readStore("OtherSettings/readerThreads").toInt(), 7);
     QCOMPARE(readStore("OtherSettings/fileFilters").toStringList(),
              (QStringList { "*.jpg", "*.nef", "*.heic", "*.heif", "*.hif", "*.avif" }));
     QCOMPARE(readStore("MainWindow/lastTab").toInt(), 5);
@@ -309,6 +315,7 @@ void TestSettingsStore::roundTripKeepsEverythingButTheDeliberateAsymmetries()
     QCOMPARE(probe.modelExcludes(), (QList<QString> { "iPhone6" }));
     QCOMPARE(probe.focalLengthGroups(), (QList<QString> { "24-70", "71-200" }));
     QCOMPARE(probe.isoGroups(), (QList<QString> { "100-400", "401-3200" }));
+    QCOMPARE(probe.readerThreads(), 7);
     QCOMPARE(window->findChild<QSplitter *>("splitterLens")->saveState(), lensSplitter);
     for (int chart = 0; chart < 11; ++chart) {
         compareAllButLegendPosition(probe.chartSettings(chart), distinctSettings(chart), chart);
@@ -329,6 +336,29 @@ void TestSettingsStore::lastDirectoryIsWrittenAbsolute()
     probe.saveSettings();
     QCOMPARE(readStore("OtherSettings/lastDirectory").toString(),
              QFileInfo("some/relative/dir").absoluteFilePath());
+}
+
+void TestSettingsStore::readerThreadsAreBroughtIntoTheirRange_data()
+{
+    QTest::addColumn<QVariant>("stored");
+    QTest::addColumn<int>("read");
+
+    QTest::newRow("1 stays") << QVariant(1) << 1;
+    QTest::newRow("64 stays") << QVariant(64) << 64;
+    QTest::newRow("0 becomes 1") << QVariant(0) << 1;
+    QTest::newRow("-3 becomes 1") << QVariant(-3) << 1;
+    QTest::newRow("65 becomes 64") << QVariant(65) << 64;
+}
+
+// A count edited by hand in the store cannot start more readers than the dialog offers.
+void TestSettingsStore::readerThreadsAreBroughtIntoTheirRange()
+{
+    QFETCH(QVariant, stored);
+    QFETCH(int, read);
+
+    writeStore({ { "OtherSettings/readerThreads", stored } });
+    window = std::make_unique<MainWindow>();
+    QCOMPARE(MainWindowProbe(*window).readerThreads(), read);
 }
 
 int runSettingsStoreTests(int argc, char **argv)

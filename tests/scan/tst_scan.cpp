@@ -1,6 +1,7 @@
 #include "testfilenamepatterns.h"
 #include "testphotodatabase.h"
 #include "testphotorowinserter.h"
+#include "testreaderpool.h"
 #include "testsamplelibrary.h"
 #include "testscancolumns.h"
 #include "testscanstress.h"
@@ -19,11 +20,12 @@ int main(int argc, char *argv[])
     TestPhotoDatabase database;
     TestPhotoRowInserter inserter;
     TestScanWorker worker;
+    TestReaderPool pool;
     TestScanColumns columns;
     TestSampleLibrary samples;
     TestScanStress stress;
     const QList<QObject *> tests { &patterns, &database, &inserter, &worker,
-                                   &columns,  &samples,  &stress };
+                                   &pool,     &columns,  &samples,  &stress };
 
     return testutils::runTestObjects(app.arguments(), tests);
 }

@@ -12,6 +12,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QSpinBox>
 #include <QStackedWidget>
 #include <QTest>
 
@@ -71,11 +72,34 @@ void typeInto(QLineEdit *field, const QString &text)
 }
 
 // One line per widget of a page, in layout order, naming what the user sees.
+// The widgets of a row laid out side by side, "|"-separated: "label:<text>", "spin:<name>:min-max".
+QString describeRow(QLayout *row)
+{
+    QStringList parts;
+    for (int i = 0; i < row->count(); ++i) {
+        QWidget *w = row->itemAt(i)->widget();
+        if (auto *label = qobject_cast<QLabel *>(w))
+            parts << "label:" + label->text();
+        else if (auto *spin = qobject_cast<QSpinBox *>(w))
+            parts << QString("spin:%1:%2-%3")
+                         .arg(spin->objectName())
+                         .arg(spin->minimum())
+                         .arg(spin->maximum());
+        else if (w)
+            parts << QString("other:") + w->metaObject()->className();
+    }
+    return "row:" + parts.join('|');
+}
+
 QStringList describePage(QWidget *page)
 {
     QStringList lines;
     QLayout *layout = page->layout();
     for (int i = 0; layout && i < layout->count(); ++i) {
+        if (QLayout *row = layout->itemAt(i)->layout()) {
+            lines << describeRow(row);
+            continue;
+        }
         QWidget *w = layout->itemAt(i)->widget();
         if (!w)
             continue; // spacers
@@ -212,9 +236,11 @@ void GlobalSettingsDialogTest::pageContents_data()
     QTest::addColumn<QString>("page");
     QTest::addColumn<QStringList>("contents");
 
-    QTest::newRow("general: update switch")
+    QTest::newRow("general: update switch, then the files read at once")
         << "seite_1"
-        << QStringList { "heading:Updates", "check:checkBoxUpdates:Check on application start" };
+        << QStringList { "heading:Updates", "check:checkBoxUpdates:Check on application start",
+                         "heading:Reading",
+                         "row:label:Files read at once|spin:spinBoxReaderThreads:1-64" };
     QTest::newRow("groups: focal length and ISO fields with hints")
         << "seite_2"
         << QStringList { "heading:Define Focal-Length Groups",
@@ -285,6 +311,31 @@ void GlobalSettingsDialogTest::checkForUpdateRoundTrip()
     dialog.setCheckForUpdate(check);
     QCOMPARE(box->isChecked(), check);
     QCOMPARE(dialog.checkForUpdate(), check);
+}
+
+void GlobalSettingsDialogTest::readerThreadsRoundTrip_data()
+{
+    QTest::addColumn<int>("given");
+    QTest::addColumn<int>("readBack");
+
+    QTest::newRow("one reader") << 1 << 1;
+    QTest::newRow("sixteen readers") << 16 << 16;
+    QTest::newRow("the most, 64") << 64 << 64;
+    QTest::newRow("0 is raised to 1") << 0 << 1;
+    QTest::newRow("100 is lowered to 64") << 100 << 64;
+}
+
+void GlobalSettingsDialogTest::readerThreadsRoundTrip()
+{
+    QFETCH(int, given);
+    QFETCH(int, readBack);
+
+    TDialogGlobalSettings dialog;
+    auto *spin = child<QSpinBox>(&dialog, "spinBoxReaderThreads");
+    QVERIFY(spin);
+    dialog.setReaderThreads(given);
+    QCOMPARE(spin->value(), readBack);
+    QCOMPARE(dialog.readerThreads(), readBack);
 }
 
 void GlobalSettingsDialogTest::exclusionListsJoinAndSplit_data()

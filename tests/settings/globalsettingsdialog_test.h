@@ -19,6 +19,8 @@ private slots:
 
     void checkForUpdateRoundTrip_data();
     void checkForUpdateRoundTrip();
+    void readerThreadsRoundTrip_data();
+    void readerThreadsRoundTrip();
     void exclusionListsJoinAndSplit_data();
     void exclusionListsJoinAndSplit();
     void groupGettersReturnTheAcceptedList();
