@@ -10,7 +10,7 @@ OUT_DIR="$SOURCE_DIR/build/release/bench"
 RUNS="${KELVARO_BENCH_RUNS:-3}"
 
 cd "$SOURCE_DIR"
-cmake --preset release -DKELVARO_BUILD_TESTS=OFF >/dev/null
+cmake --preset release -DKELVARO_BUILD_TESTS=OFF -DKELVARO_BUILD_BENCH=ON >/dev/null
 cmake --build --preset release --target kelvaro_bench_corpus kelvaro_bench_cold >&2
 "$OUT_DIR/kelvaro_bench_corpus" "$OUT_DIR/corpus" >&2
 SMALL="$OUT_DIR/corpus/small"
