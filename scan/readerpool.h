@@ -28,7 +28,7 @@ public:
     // (bench/run-benchmark.sh, the pool-size curve).
     static constexpr int minThreads = 1;
     static constexpr int maxThreads = 64;
-    static constexpr int defaultThreads = 8;
+    static constexpr int defaultThreads = 32;
 
     // threads is clamped to the range above. Once stopRequested() returns true, readers read no
     // further file: each file still queued is handed back as NotRead.
