@@ -12,12 +12,11 @@
 #include "readerpool.h"
 #include "scanwalk.h"
 #include "tmyworkerobject.h"
+#include "workertiming.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
-#include <QEventLoop>
 #include <QSqlQuery>
-#include <QThread>
 #include <QVariant>
 
 #include <fcntl.h>
@@ -91,24 +90,7 @@ double scanOnce(const QString &root, int threads)
     QList<QString> none;
     auto *worker = new TMyWorkerObject(directories, filters, true, none, none);
     worker->setReaderThreads(threads);
-    QThread thread;
-    worker->moveToThread(&thread);
-    benchstats::Clock::time_point started, done;
-    QObject::connect(
-        &thread, &QThread::started, worker, [&] { started = benchstats::Clock::now(); },
-        Qt::DirectConnection);
-    QObject::connect(&thread, &QThread::started, worker, &TMyWorkerObject::doOperation);
-    QObject::connect(
-        worker, &TMyWorkerObject::operationDone, worker, [&] { done = benchstats::Clock::now(); },
-        Qt::DirectConnection);
-    QObject::connect(worker, &TMyWorkerObject::operationDone, &thread, &QThread::quit);
-    QEventLoop loop;
-    QObject::connect(&thread, &QThread::finished, &loop, &QEventLoop::quit);
-    thread.start();
-    loop.exec();
-    thread.wait();
-    delete worker;
-    return benchstats::secondsBetween(started, done);
+    return benchstats::timeWorkerScan(worker);
 }
 
 // Every row in id order (ids counted from the scan's first), hashed.

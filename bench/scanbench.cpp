@@ -8,11 +8,10 @@
 #include "chartcontrollerisog.h"
 #include "photodatabase.h"
 #include "tmyworkerobject.h"
+#include "workertiming.h"
 
 #include <QCoreApplication>
-#include <QEventLoop>
 #include <QSqlQuery>
-#include <QThread>
 #include <QVariant>
 
 #include <algorithm>
@@ -43,27 +42,7 @@ double scanOnce(const QString &root)
     auto *worker = new TMyWorkerObject(directories, patterns, true, noMakers, noModels);
     worker->setGroupedStatisticIndexes({ ChartControllerFocLenG::rangeIndexStatement({}),
                                          ChartControllerISOG::rangeIndexStatement({}) });
-    QThread thread;
-    worker->moveToThread(&thread);
-
-    // Both stamps are taken on the worker's thread; thread.wait() orders them before the reads.
-    benchstats::Clock::time_point started, done;
-    QObject::connect(
-        &thread, &QThread::started, worker, [&] { started = benchstats::Clock::now(); },
-        Qt::DirectConnection);
-    QObject::connect(&thread, &QThread::started, worker, &TMyWorkerObject::doOperation);
-    QObject::connect(
-        worker, &TMyWorkerObject::operationDone, worker, [&] { done = benchstats::Clock::now(); },
-        Qt::DirectConnection);
-    QObject::connect(worker, &TMyWorkerObject::operationDone, &thread, &QThread::quit);
-
-    QEventLoop loop;
-    QObject::connect(&thread, &QThread::finished, &loop, &QEventLoop::quit);
-    thread.start();
-    loop.exec();
-    thread.wait();
-    delete worker;
-    return benchstats::secondsBetween(started, done);
+    return benchstats::timeWorkerScan(worker);
 }
 
 long rowCount(QSqlDatabase &db)
