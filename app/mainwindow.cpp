@@ -1,13 +1,16 @@
 #include "mainwindow.h"
 #include "ui_mainwindow.h"
 
+#include "filetypes.h"
 #include "tdialogabout.h"
 
+#include <QChartView>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QFileSystemModel>
 #include <QLabel>
+#include <QMenu>
 #include <QMessageBox>
 #include <QSortFilterProxyModel>
 #include <QStatusBar>
@@ -26,6 +29,7 @@ MainWindow::MainWindow(const QStringList &startDirectories, QWidget *parent)
     createMoreUI();
     createStatusBar();
     readSettings();
+    createViewMenu();
     prepareTreeModel();
     prepareTreeView();
     createDBAndTable();
@@ -67,9 +71,44 @@ void MainWindow::createMoreUI()
     for (int theme = 0; theme < themes.size(); ++theme)
         comboBoxThemeDate->addItem(themes.at(theme), theme);
 
+    statisticTabs = makeStatisticTabs(ui->tabWidget);
+    // With every statistic's tab the bar is wider than most windows: it scrolls, and the tabs'
+    // texts stay whole.
+    ui->tabWidget->setUsesScrollButtons(true);
+    ui->tabWidget->setElideMode(Qt::ElideNone);
+
     // The window opens the chart settings dialog from the statistic charts' context menu.
-    for (QChartView *view : statisticChartViews())
-        view->installEventFilter(this);
+    for (const StatisticTab &tab : std::as_const(statisticTabs))
+        tab.chartView->installEventFilter(this);
+}
+
+void MainWindow::createViewMenu()
+{
+    for (const Statistic &statistic : Statistics::all()) {
+        QAction *action = ui->menuView->addAction(statistic.tabTitle);
+        action->setObjectName(QStringLiteral("actionView") + statistic.widgetName);
+        action->setCheckable(true);
+        const bool shown = !hiddenStatistics.contains(statistic.key);
+        action->setChecked(shown);
+        showStatisticTab(statistic, shown);
+        connect(action, &QAction::toggled, this,
+                [this, &statistic](bool checked) { showStatisticTab(statistic, checked); });
+    }
+}
+
+void MainWindow::showStatisticTab(const Statistic &statistic, bool shown)
+{
+    if (QWidget *page = statisticPage(ui->tabWidget, statistic))
+        ui->tabWidget->setTabVisible(ui->tabWidget->indexOf(page), shown);
+    hiddenStatistics.removeAll(statistic.key);
+    if (!shown)
+        hiddenStatistics.append(statistic.key);
+}
+
+QList<QString> MainWindow::rangesOf(const Statistic &statistic) const
+{
+    return statistic.rangeGroups ? rangeGroups.value(statistic.rangeGroups->settingsKey)
+                                 : QList<QString>();
 }
 
 void MainWindow::createStatusBar()
@@ -156,28 +195,19 @@ QList<QString> MainWindow::scanPatterns() const
     return every;
 }
 
+// Each type's switch is the form's action whose name ends in "_" and the type's name in small
+// letters ("actionCanon_cr2", "action_heif").
 QList<QPair<QAction *, QStringList>> MainWindow::fileTypeActions() const
 {
-    return { { ui->actionSony_arw, { "*.arw" } },
-             { ui->actionCanon_cr2, { "*.cr2" } },
-             { ui->actionCanon_cr3, { "*.cr3" } },
-             { ui->action_dng, { "*.dng" } },
-             { ui->action_jpg, { "*.jpg" } },
-             { ui->actionNikon_nef, { "*.nef" } },
-             { ui->actionFuji_raf, { "*.raf" } },
-             { ui->actionPanasonic_rw2, { "*.rw2" } },
-             { ui->actionOlympus_orf, { "*.orf" } },
-             // One switch for HEIF and AVIF, whatever suffix the camera or phone gave them.
-             { ui->action_heif, { "*.heic", "*.heif", "*.hif", "*.avif" } } };
-}
-
-// In the order of the tabs 0 to 10.
-QList<QChartView *> MainWindow::statisticChartViews() const
-{
-    return { ui->chartViewMaker,        ui->chartViewModel,        ui->chartViewLens,
-             ui->chartViewFocalLength,  ui->chartViewFocalLengthG, ui->chartViewISO,
-             ui->chartViewISOG,         ui->chartViewFNumber,      ui->chartViewExposureTime,
-             ui->chartViewMeteringMode, ui->chartViewExposureMode };
+    QList<QPair<QAction *, QStringList>> switches;
+    for (const FileTypes::FileType &type : FileTypes::all()) {
+        const QString suffix = QLatin1Char('_') + type.name.toLower();
+        for (QAction *action : ui->toolBar->actions()) {
+            if (action->objectName().endsWith(suffix))
+                switches.append({ action, type.patterns });
+        }
+    }
+    return switches;
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

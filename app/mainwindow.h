@@ -1,8 +1,10 @@
 #pragma once
 
 #include "readerpool.h"
+#include "statistictabs.h"
 #include "tchartsettings.h"
 
+#include <QHash>
 #include <QItemSelection>
 #include <QList>
 #include <QMainWindow>
@@ -119,17 +121,11 @@ private:
     // The patterns the next scan uses: the switched-on types, or every type while a run started
     // on command-line directories finds none on and the user has switched none.
     QList<QString> scanPatterns() const;
-    QList<QChartView *> statisticChartViews() const;
-    QList<QSplitter *> statisticSplitters() const;
-
-    // One statistic chart's place in the settings store.
-    struct StoredChart
-    {
-        const char *prefix;
-        const char *defaultTitle;
-        TChartSettings *record;
-    };
-    QList<StoredChart> storedCharts();
+    // The View menu: one checkable entry per statistic, showing or hiding its tab.
+    void createViewMenu();
+    void showStatisticTab(const Statistic &statistic, bool shown);
+    // The ranges a grouped statistic uses now (the user's; empty for its defaults).
+    QList<QString> rangesOf(const Statistic &statistic) const;
 
     Ui::MainWindow *ui;
     QComboBox *comboBoxThemeDate = nullptr;
@@ -158,34 +154,18 @@ private:
     bool checkForUpdatesOnStart = false;
     QList<QString> makerExcludes;
     QList<QString> modelExcludes;
-    QList<QString> focalLengthGroups;
-    QList<QString> isoGroups;
+    // The user's range groups per statistic, by the statistic's settings key ("focalLengthGroups",
+    // "isoGroups", ...); an empty list means the statistic's defaults.
+    QHash<QString, QList<QString>> rangeGroups;
+    // The keys of the statistics whose tabs the user hid through the View menu.
+    QStringList hiddenStatistics;
     // How many files a scan reads at once ("Settings..." → General).
     int readerThreads = ReaderPool::defaultThreads;
     int chartDateTheme = 0;
 
-    ChartController *chartControllerMaker = nullptr;
-    TChartSettings chartSettingsMaker;
-    ChartController *chartControllerModel = nullptr;
-    TChartSettings chartSettingsModel;
-    ChartController *chartControllerLens = nullptr;
-    TChartSettings chartSettingsLens;
-    ChartController *chartControllerFocLen = nullptr;
-    TChartSettings chartSettingsFocLen;
-    ChartController *chartControllerFocLenG = nullptr;
-    TChartSettings chartSettingsFocLenG;
-    ChartController *chartControllerISO = nullptr;
-    TChartSettings chartSettingsISO;
-    ChartController *chartControllerISOG = nullptr;
-    TChartSettings chartSettingsISOG;
-    ChartController *chartControllerFNum = nullptr;
-    TChartSettings chartSettingsFNum;
-    ChartController *chartControllerExpTime = nullptr;
-    TChartSettings chartSettingsExpTime;
-    ChartController *chartControllerExpMode = nullptr;
-    TChartSettings chartSettingsExpMode;
-    ChartController *chartControllerMetMode = nullptr;
-    TChartSettings chartSettingsMetMode;
+    // The statistics drawn as a table beside a chart, in the order of the statistics; the form's
+    // eleven are the tabs 0 to 10.
+    QList<StatisticTab> statisticTabs;
 
     // Written to the store as "chartTheme"; nothing changes it.
     int chartTheme = 2;

@@ -12,6 +12,9 @@
 #include "updateoffer.h"
 #include "updatesite.h"
 
+#include <algorithm>
+
+#include <QChartView>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QFile>
@@ -48,47 +51,19 @@ void MainWindow::verarbeiteKontextMenu(QObject *watched, QContextMenuEvent *even
     if (!menu.exec(globalPosition))
         return;
 
-    DialogChartSettings dialog;
-    const struct
-    {
-        QChartView *view;
-        const char *title;
-        TChartSettings *settings;
-        ChartController *controller;
-    } charts[] = {
-        { ui->chartViewMaker, "Settings for 'Maker' Chart", &chartSettingsMaker,
-          chartControllerMaker },
-        { ui->chartViewModel, "Settings for 'Model' Chart", &chartSettingsModel,
-          chartControllerModel },
-        { ui->chartViewLens, "Settings for 'Lens' Chart", &chartSettingsLens, chartControllerLens },
-        { ui->chartViewFocalLength, "Settings for 'Focal Length' Chart", &chartSettingsFocLen,
-          chartControllerFocLen },
-        { ui->chartViewFocalLengthG, "Settings for 'Focal Length Grouped' Chart",
-          &chartSettingsFocLenG, chartControllerFocLenG },
-        { ui->chartViewISO, "Settings for 'ISO' Chart", &chartSettingsISO, chartControllerISO },
-        { ui->chartViewISOG, "Settings for 'ISO Grouped' Chart", &chartSettingsISOG,
-          chartControllerISOG },
-        { ui->chartViewFNumber, "Settings for 'F-Number' Chart", &chartSettingsFNum,
-          chartControllerFNum },
-        { ui->chartViewExposureTime, "Settings for 'Exposure Time' Chart", &chartSettingsExpTime,
-          chartControllerExpTime },
-        { ui->chartViewMeteringMode, "Settings for 'Metering Mode' Chart", &chartSettingsMetMode,
-          chartControllerMetMode },
-        { ui->chartViewExposureMode, "Settings for 'Exposure Mode' Chart", &chartSettingsExpMode,
-          chartControllerExpMode },
-    };
-    for (const auto &chart : charts) {
-        if (chart.view != watched)
+    for (StatisticTab &tab : statisticTabs) {
+        if (tab.chartView != watched)
             continue;
-        dialog.setWindowTitle(tr(chart.title));
-        dialog.setData(*chart.settings);
+        DialogChartSettings dialog;
+        dialog.setWindowTitle(tr("Settings for '%1' Chart").arg(tab.statistic->chartName));
+        dialog.setData(tab.settings);
         if (dialog.exec() == QDialog::Accepted) {
-            *chart.settings = dialog.data();
+            tab.settings = dialog.data();
             // Before the first scan has ended there is no controller yet; the record is kept
             // and the first refresh draws with it.
-            if (chart.controller) {
-                chart.controller->setChartSettings(*chart.settings);
-                chart.controller->refreshChart();
+            if (tab.controller) {
+                tab.controller->setChartSettings(tab.settings);
+                tab.controller->refreshChart();
             }
         }
         return;
@@ -97,10 +72,13 @@ void MainWindow::verarbeiteKontextMenu(QObject *watched, QContextMenuEvent *even
 
 void MainWindow::on_actionCopyChartToClipboard_triggered()
 {
+    // The tab is known by the index it was given, not by where the user moved it.
     QImage image;
-    const QList<QChartView *> chartViews = statisticChartViews();
-    if (lastTab >= 0 && lastTab < chartViews.size())
-        image = chartViews.at(lastTab)->grab().toImage();
+    const auto tab =
+        std::find_if(statisticTabs.cbegin(), statisticTabs.cend(),
+                     [this](const StatisticTab &tab) { return tab.tabIndex == lastTab; });
+    if (tab != statisticTabs.cend())
+        image = tab->chartView->grab().toImage();
     else if (lastTab == 11 && chartDate3D)
         // The 3-D graph is an OpenGL window: only its own rendering shows what it draws.
         image = chartDate3D->renderToImage(6);
@@ -164,8 +142,9 @@ void MainWindow::on_actionGlobalSettings_triggered()
     auto *dialog = new TDialogGlobalSettings(this);
     dialog->setMakerExcludes(makerExcludes);
     dialog->setModelExcludes(modelExcludes);
-    dialog->setFocalLengthGroups(focalLengthGroups);
-    dialog->setISOGroups(isoGroups);
+    dialog->setFocalLengthGroups(rangeGroups["focalLengthGroups"]);
+    dialog->setISOGroups(rangeGroups["isoGroups"]);
+    dialog->setFocalLength35Groups(rangeGroups["focalLength35Groups"]);
     dialog->setCheckForUpdate(checkForUpdatesOnStart);
     dialog->setReaderThreads(readerThreads);
     if (dialog->exec() != QDialog::Accepted)
@@ -173,8 +152,9 @@ void MainWindow::on_actionGlobalSettings_triggered()
 
     makerExcludes = dialog->makerExcludes();
     modelExcludes = dialog->modelExcludes();
-    focalLengthGroups = dialog->focalLengthGroups();
-    isoGroups = dialog->isoGroups();
+    rangeGroups["focalLengthGroups"] = dialog->focalLengthGroups();
+    rangeGroups["isoGroups"] = dialog->isoGroups();
+    rangeGroups["focalLength35Groups"] = dialog->focalLength35Groups();
     checkForUpdatesOnStart = dialog->checkForUpdate();
     readerThreads = dialog->readerThreads();
     // New exclusions and groups take effect through a new scan, even when nothing changed.

@@ -4,18 +4,9 @@
 #include "mainwindow.h"
 #include "ui_mainwindow.h"
 
-#include "chartcontrollerexpmode.h"
-#include "chartcontrollerexptime.h"
-#include "chartcontrollerfnum.h"
-#include "chartcontrollerfoclen.h"
-#include "chartcontrollerfocleng.h"
-#include "chartcontrolleriso.h"
-#include "chartcontrollerisog.h"
-#include "chartcontrollerlens.h"
-#include "chartcontrollermaker.h"
-#include "chartcontrollermetmode.h"
-#include "chartcontrollermodel.h"
+#include "chartcontroller.h"
 #include "chartdate3d.h"
+#include "statisticcontrollers.h"
 #include "tmyworkerobject.h"
 
 #include <algorithm>
@@ -146,8 +137,12 @@ void MainWindow::on_actionIncludeSubDirs_triggered()
 
 QStringList MainWindow::groupedStatisticIndexes() const
 {
-    return { ChartControllerFocLenG::rangeIndexStatement(focalLengthGroups),
-             ChartControllerISOG::rangeIndexStatement(isoGroups) };
+    QStringList statements;
+    for (const Statistic &statistic : Statistics::all()) {
+        if (statistic.rangeGroups)
+            statements << statistic.rangeIndexStatement(rangesOf(statistic));
+    }
+    return statements;
 }
 
 void MainWindow::doWorkerOperation()
@@ -211,19 +206,12 @@ void MainWindow::onWorkerOperationDone()
 
 void MainWindow::updateCharts()
 {
-    for (ChartController **controller : { &chartControllerMaker, &chartControllerModel,
-                                          &chartControllerLens, &chartControllerFocLen }) {
-        delete *controller;
-        *controller = nullptr;
-    }
-    // The grouped focal-length controller is let go without being destroyed: it stays a child of
-    // the window until the window goes. Kept so.
-    chartControllerFocLenG = nullptr;
-    for (ChartController **controller :
-         { &chartControllerISO, &chartControllerISOG, &chartControllerFNum, &chartControllerExpTime,
-           &chartControllerMetMode, &chartControllerExpMode }) {
-        delete *controller;
-        *controller = nullptr;
+    for (StatisticTab &tab : statisticTabs) {
+        // The grouped focal-length controller is let go without being destroyed: it stays a child
+        // of the window until the window goes. Kept so.
+        if (tab.statistic->key != Statistics::focalLengthGrouped)
+            delete tab.controller;
+        tab.controller = nullptr;
     }
 
     // The camera survives the refresh.
@@ -236,29 +224,9 @@ void MainWindow::updateCharts()
     }
 
     // Each controller runs its statistic on the main connection as it is made.
-    chartControllerMaker = new ChartControllerMaker(db, ui->chartViewMaker, ui->tableViewMaker,
-                                                    chartSettingsMaker, this);
-    chartControllerModel = new ChartControllerModel(db, ui->chartViewModel, ui->tableViewModel,
-                                                    chartSettingsModel, this);
-    chartControllerLens =
-        new ChartControllerLens(db, ui->chartViewLens, ui->tableViewLens, chartSettingsLens, this);
-    chartControllerFocLen = new ChartControllerFocLen(
-        db, ui->chartViewFocalLength, ui->tableViewFocalLength, chartSettingsFocLen, this);
-    chartControllerFocLenG =
-        new ChartControllerFocLenG(db, ui->chartViewFocalLengthG, ui->tableViewFocalLengthG,
-                                   chartSettingsFocLenG, focalLengthGroups, this);
-    chartControllerISO =
-        new ChartControllerISO(db, ui->chartViewISO, ui->tableViewISO, chartSettingsISO, this);
-    chartControllerISOG = new ChartControllerISOG(db, ui->chartViewISOG, ui->tableViewISOG,
-                                                  chartSettingsISOG, isoGroups, this);
-    chartControllerFNum = new ChartControllerFNum(db, ui->chartViewFNumber, ui->tableViewFNumber,
-                                                  chartSettingsFNum, this);
-    chartControllerExpTime = new ChartControllerExpTime(
-        db, ui->chartViewExposureTime, ui->tableViewExposureTime, chartSettingsExpTime, this);
-    chartControllerMetMode = new ChartControllerMetMode(
-        db, ui->chartViewMeteringMode, ui->tableViewMeteringMode, chartSettingsMetMode, this);
-    chartControllerExpMode = new ChartControllerExpMode(
-        db, ui->chartViewExposureMode, ui->tableViewExposureMode, chartSettingsExpMode, this);
+    for (StatisticTab &tab : statisticTabs)
+        tab.controller = createStatisticController(*tab.statistic, db, tab.chartView, tab.tableView,
+                                                   tab.settings, rangesOf(*tab.statistic), this);
 
     chartDate3D =
         new ChartDate3D(db, ui->layoutDateOriginal, static_cast<Q3DTheme::Theme>(chartDateTheme),

@@ -19,32 +19,6 @@ const char *const applicationName = "Kelvaro";
 
 } // namespace
 
-// The statistic charts in the order both functions treat them. The ISO-grouped and F-number
-// charts really start with the title "FocalLength usage".
-QList<MainWindow::StoredChart> MainWindow::storedCharts()
-{
-    return { { "maker_", "camera manufacturer", &chartSettingsMaker },
-             { "model_", "camera model", &chartSettingsModel },
-             { "lens_", "lens usage", &chartSettingsLens },
-             { "focLen_", "FocalLength usage", &chartSettingsFocLen },
-             { "focLenG_", "FocalLength Grouped", &chartSettingsFocLenG },
-             { "iso_", "ISO usage", &chartSettingsISO },
-             { "isoG_", "FocalLength usage", &chartSettingsISOG },
-             { "fNum_", "FocalLength usage", &chartSettingsFNum },
-             { "expTime_", "ExposureTime usage", &chartSettingsExpTime },
-             { "metMode_", "MeteringMode usage", &chartSettingsMetMode },
-             { "expMode_", "ExposureMode usage", &chartSettingsExpMode } };
-}
-
-// Each splitter is stored under its own object name.
-QList<QSplitter *> MainWindow::statisticSplitters() const
-{
-    return { ui->splitterMaker,        ui->splitterModel,        ui->splitterLens,
-             ui->splitterFocalLength,  ui->splitterFocalLengthG, ui->splitterISO,
-             ui->splitterISOG,         ui->splitterFNumber,      ui->splitterExposureTime,
-             ui->splitterMeteringMode, ui->splitterExposureMode };
-}
-
 void MainWindow::readSettings()
 {
     QSettings settings(QSettings::IniFormat, QSettings::UserScope, organisationName,
@@ -54,11 +28,12 @@ void MainWindow::readSettings()
     restoreGeometry(settings.value("geometry").toByteArray());
     restoreState(settings.value("windowState").toByteArray(), 0);
     lastTab = settings.value("lastTab", 0).toInt();
+    hiddenStatistics = settings.value("hiddenStatistics", QVariant()).toStringList();
     settings.endGroup();
 
     settings.beginGroup("Splitter");
-    for (QSplitter *splitter : statisticSplitters())
-        splitter->restoreState(settings.value(splitter->objectName()).toByteArray());
+    for (const StatisticTab &tab : std::as_const(statisticTabs))
+        tab.splitter->restoreState(settings.value(tab.splitter->objectName()).toByteArray());
     settings.endGroup();
 
     settings.beginGroup("OtherSettings");
@@ -68,24 +43,11 @@ void MainWindow::readSettings()
     // Without a default on purpose: a first start replaces the constructor's patterns with an
     // empty list, so no file type is on.
     fileFilters = settings.value("fileFilters", QVariant()).toStringList();
-    if (!fileFilters.isEmpty()) {
-        const QList<QPair<QString, QAction *>> switches {
-            { "*.cr2", ui->actionCanon_cr2 },
-            { "*.cr3", ui->actionCanon_cr3 },
-            { "*.dng", ui->action_dng },
-            { "*.raf", ui->actionFuji_raf },
-            { "*.nef", ui->actionNikon_nef },
-            { "*.jpg", ui->action_jpg },
-            { "*.arw", ui->actionSony_arw },
-            { "*.rw2", ui->actionPanasonic_rw2 },
-            { "*.orf", ui->actionOlympus_orf },
-            // HEIF's key is its first pattern; the window stores all four while it is on.
-            { "*.heic", ui->action_heif }
-        };
-        for (const auto &[pattern, action] : switches) {
-            if (fileFilters.contains(pattern, Qt::CaseSensitive))
-                action->setChecked(true);
-        }
+    // A switch is on when its type's first pattern is stored ("*.heic" for HEIF, whose four
+    // patterns the window stores while it is on).
+    for (const auto &[action, patterns] : fileTypeActions()) {
+        if (fileFilters.contains(patterns.first(), Qt::CaseSensitive))
+            action->setChecked(true);
     }
     // The combo's signal is not connected yet, so this draws nothing.
     const int dateTheme = settings.value("chartDateTheme", 0).toInt();
@@ -94,16 +56,21 @@ void MainWindow::readSettings()
     checkForUpdatesOnStart = settings.value("checkForUpdates", false).toBool();
     makerExcludes = settings.value("makerExcludes", QVariant()).toStringList();
     modelExcludes = settings.value("modelExcludes", QVariant()).toStringList();
-    focalLengthGroups = settings.value("focalLengthGroups", QVariant()).toStringList();
-    isoGroups = settings.value("isoGroups", QVariant()).toStringList();
+    for (const Statistic &statistic : Statistics::all()) {
+        if (statistic.rangeGroups) {
+            const QString &key = statistic.rangeGroups->settingsKey;
+            rangeGroups[key] = settings.value(key, QVariant()).toStringList();
+        }
+    }
     // A stored count outside the range (edited by hand) is brought into it.
     readerThreads = std::clamp(settings.value("readerThreads", ReaderPool::defaultThreads).toInt(),
                                ReaderPool::minThreads, ReaderPool::maxThreads);
     settings.endGroup();
 
     settings.beginGroup("ChartSettings");
-    for (const StoredChart &chart : storedCharts())
-        *chart.record = ChartSettingsStore::read(settings, chart.prefix, chart.defaultTitle);
+    for (StatisticTab &tab : statisticTabs)
+        tab.settings = ChartSettingsStore::read(settings, tab.statistic->settingsPrefix,
+                                                tab.statistic->defaultChartTitle);
     settings.endGroup();
 
     // Looked for at the top level, while saveSettings() writes it inside "ChartSettings": the
@@ -124,11 +91,12 @@ void MainWindow::saveSettings()
     settings.setValue("geometry", saveGeometry());
     settings.setValue("windowState", saveState(0));
     settings.setValue("lastTab", lastTab);
+    settings.setValue("hiddenStatistics", hiddenStatistics);
     settings.endGroup();
 
     settings.beginGroup("Splitter");
-    for (QSplitter *splitter : statisticSplitters())
-        settings.setValue(splitter->objectName(), splitter->saveState());
+    for (const StatisticTab &tab : std::as_const(statisticTabs))
+        settings.setValue(tab.splitter->objectName(), tab.splitter->saveState());
     settings.endGroup();
 
     settings.beginGroup("OtherSettings");
@@ -140,14 +108,18 @@ void MainWindow::saveSettings()
     settings.setValue("checkForUpdates", checkForUpdatesOnStart);
     settings.setValue("makerExcludes", QStringList(makerExcludes));
     settings.setValue("modelExcludes", QStringList(modelExcludes));
-    settings.setValue("focalLengthGroups", QStringList(focalLengthGroups));
-    settings.setValue("isoGroups", QStringList(isoGroups));
+    for (const Statistic &statistic : Statistics::all()) {
+        if (statistic.rangeGroups) {
+            const QString &key = statistic.rangeGroups->settingsKey;
+            settings.setValue(key, QStringList(rangeGroups.value(key)));
+        }
+    }
     settings.setValue("readerThreads", readerThreads);
     settings.endGroup();
 
     settings.beginGroup("ChartSettings");
-    for (const StoredChart &chart : storedCharts())
-        ChartSettingsStore::write(settings, chart.prefix, *chart.record);
+    for (const StatisticTab &tab : std::as_const(statisticTabs))
+        ChartSettingsStore::write(settings, tab.statistic->settingsPrefix, tab.settings);
 
     // Opened without leaving "ChartSettings": the camera lands in a nested group that
     // readSettings() never looks at. Kept so.

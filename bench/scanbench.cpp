@@ -4,9 +4,8 @@
 // indexes, the grouped charts' ones for the default ranges included. Timed from doOperation()'s
 // start to operationDone(); the table is checked and emptied after every run.
 #include "benchstats.h"
-#include "chartcontrollerfocleng.h"
-#include "chartcontrollerisog.h"
 #include "photodatabase.h"
+#include "statistic.h"
 #include "tmyworkerobject.h"
 #include "workertiming.h"
 
@@ -40,8 +39,10 @@ double scanOnce(const QString &root)
                               "*.dng", "*.orf", "*.heic", "*.heif", "*.hif", "*.avif" };
     QList<QString> noMakers, noModels;
     auto *worker = new TMyWorkerObject(directories, patterns, true, noMakers, noModels);
-    worker->setGroupedStatisticIndexes({ ChartControllerFocLenG::rangeIndexStatement({}),
-                                         ChartControllerISOG::rangeIndexStatement({}) });
+    QStringList groupedIndexes;
+    for (const Statistic &statistic : Statistics::all())
+        groupedIndexes << statistic.rangeIndexStatement();
+    worker->setGroupedStatisticIndexes(groupedIndexes);
     return benchstats::timeWorkerScan(worker);
 }
 

@@ -7,24 +7,23 @@
 #include <QSqlQueryModel>
 #include <QValueAxis>
 
-ChartControllerExpTime::ChartControllerExpTime(QObject *parent)
+ChartControllerExpTime::ChartControllerExpTime(const Statistic &statistic, QObject *parent)
     : ChartController(parent)
+    , statistic(statistic)
 { }
 
-ChartControllerExpTime::ChartControllerExpTime(QSqlDatabase &db, QChartView *chartView,
-                                               QTableView *tableView, TChartSettings &settings,
-                                               QObject *parent)
+ChartControllerExpTime::ChartControllerExpTime(const Statistic &statistic, QSqlDatabase &db,
+                                               QChartView *chartView, QTableView *tableView,
+                                               TChartSettings &settings, QObject *parent)
     : ChartController(db, chartView, tableView, settings, parent)
+    , statistic(statistic)
 {
     refreshChart();
 }
 
 void ChartControllerExpTime::prepareData()
 {
-    runStatistic(
-        QStringLiteral("SELECT distinct exptime, exptimestring, count(exptime) FROM "
-                       "Dateien GROUP by exptime ORDER BY exptime desc"),
-        { QStringLiteral("Real Value"), QStringLiteral("Exposure Time"), QStringLiteral("Count") });
+    runStatistic(statistic.statement, statistic.headers);
 }
 
 void ChartControllerExpTime::showBarChart_V()
@@ -54,7 +53,7 @@ QList<QString> ChartControllerExpTime::createCategories()
     const int rows = model ? model->rowCount() : 0;
     categories.reserve(rows);
     for (int row = 0; row < rows; ++row)
-        categories.append(model->data(model->index(row, 1)).toString());
+        categories.append(model->data(model->index(row, statistic.valueColumn())).toString());
     return categories;
 }
 
@@ -68,7 +67,7 @@ void ChartControllerExpTime::drawBars(QAbstractBarSeries *series, Qt::Alignment 
                                       Qt::Alignment valueSide, bool valueLabels)
 {
     beginChart();
-    mapBarSets(series, 2, 2);
+    mapBarSets(series, statistic.countColumn(), statistic.countColumn());
     chart->addSeries(series);
     addBarAxes(series, categorySide, valueSide)->setTitleText(QStringLiteral("#Files"));
     series->setLabelsVisible(valueLabels);
@@ -84,7 +83,7 @@ void ChartControllerExpTime::drawPie(qreal holeSize)
     auto *series = new QPieSeries;
     if (holeSize > 0)
         series->setHoleSize(holeSize);
-    mapSlices(series, 1, 2);
+    mapSlices(series, statistic.valueColumn(), statistic.countColumn());
     chart->addSeries(series);
     applyTitleAndLegend();
     ChartController::createPieChartLegendeUndLabels(series);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "chartcontroller.h"
+#include "statistic.h"
 
 // Photos per exposure time. The model has three columns (the time in seconds, longest first; its
 // display text such as "1/250"; the count), so this chart draws on its own: the counts come from
@@ -12,9 +13,9 @@ class ChartControllerExpTime : public ChartController
     Q_OBJECT
 
 public:
-    explicit ChartControllerExpTime(QObject *parent = nullptr);
-    ChartControllerExpTime(QSqlDatabase &db, QChartView *chartView, QTableView *tableView,
-                           TChartSettings &settings, QObject *parent);
+    explicit ChartControllerExpTime(const Statistic &statistic, QObject *parent = nullptr);
+    ChartControllerExpTime(const Statistic &statistic, QSqlDatabase &db, QChartView *chartView,
+                           QTableView *tableView, TChartSettings &settings, QObject *parent);
 
     void prepareData() override;
 
@@ -33,4 +34,6 @@ private:
     // Title and legend as the base applies them, without the custom font and colour.
     void applyTitleAndLegend();
     void finishChart();
+
+    const Statistic statistic;
 };

@@ -28,23 +28,30 @@ bool openMainConnection(QSqlDatabase &db)
     pragma.exec(readUncommittedPragma);
     pragma.exec(journalOffPragma);
     QSqlQuery create(db);
-    return create.exec(createTableStatement);
+    return create.exec(createTableStatement) && create.exec(createInfoTableStatement);
 }
 
 void clear(QSqlDatabase &db)
 {
     QSqlQuery query(db);
     query.exec(clearStatement);
-    // Every index of the table was made for the statistics (the grouped ones under names of
-    // their own); the table's own unique keys have no statement and stay.
+    query.exec(clearInfoStatement);
+    // Every index of the tables was made for the statistics (the grouped ones under names of
+    // their own); the tables' own unique keys have no statement and stay.
     query.exec(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'index' "
-                              "AND tbl_name = 'DATEIEN' AND sql IS NOT NULL"));
+                              "AND tbl_name IN ('DATEIEN', 'PHOTOINFO') AND sql IS NOT NULL"));
     QStringList names;
     while (query.next())
         names << query.value(0).toString();
     query.finish();
     for (const QString &name : std::as_const(names))
         query.exec(QStringLiteral("DROP INDEX IF EXISTS \"%1\"").arg(name));
+}
+
+void completeScan(QSqlDatabase &db)
+{
+    QSqlQuery query(db);
+    query.exec(learnedFocalLength35Statement);
 }
 
 void createStatisticIndexes(QSqlDatabase &db, const QStringList &moreStatements)

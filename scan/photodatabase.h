@@ -35,6 +35,31 @@ inline const QString insertStatement = QStringLiteral(
 
 inline const QString clearStatement = QStringLiteral("DELETE FROM DATEIEN");
 
+// What the scan keeps per photo beyond DATEIEN's columns, under the same id: the file's path and
+// type, the 35 mm-equivalent focal length and the crop factor behind it (null when unknown), and
+// the hour (0-23) and weekday (1 Monday to 7 Sunday) of a usable original date (else null).
+inline const QString createInfoTableStatement = QStringLiteral(
+    "CREATE TABLE PHOTOINFO (ID INTEGER PRIMARY KEY, PATH TEXT NOT NULL, FILETYPE TEXT NOT NULL, "
+    "FOCALLENGTH35 REAL, CROPFACTOR REAL, HOUR INTEGER, WEEKDAY INTEGER)");
+
+// Run right after a photo's row went into DATEIEN on the same connection, whose id it takes.
+inline const QString insertInfoStatement = QStringLiteral(
+    "INSERT INTO PHOTOINFO (ID, PATH, FILETYPE, FOCALLENGTH35, CROPFACTOR, HOUR, WEEKDAY) VALUES "
+    "(last_insert_rowid(), :path, :filetype, :focallength35, :cropfactor, :hour, :weekday)");
+
+inline const QString clearInfoStatement = QStringLiteral("DELETE FROM PHOTOINFO");
+
+// A photo whose file gives no 35 mm focal length gets one from the crop factor other photos of
+// the same camera model in the scan showed (their average); a photo without a focal length stays
+// unknown.
+inline const QString learnedFocalLength35Statement = QStringLiteral(
+    "WITH LearnedCrop AS MATERIALIZED (SELECT d.MAKER AS MAKER, d.MODEL AS MODEL, "
+    "avg(p.CROPFACTOR) AS CROP FROM PHOTOINFO p JOIN DATEIEN d ON d.ID = p.ID "
+    "WHERE p.CROPFACTOR IS NOT NULL GROUP BY d.MAKER, d.MODEL) "
+    "UPDATE PHOTOINFO SET FOCALLENGTH35 = (SELECT d.FOCALLENGTH * c.CROP FROM DATEIEN d "
+    "JOIN LearnedCrop c ON c.MAKER = d.MAKER AND c.MODEL = d.MODEL "
+    "WHERE d.ID = PHOTOINFO.ID AND d.FOCALLENGTH > 0) WHERE FOCALLENGTH35 IS NULL");
+
 // Makes read statements take no table read locks in shared-cache mode. Without it a SELECT on the
 // main connection (a chart refresh during a scan) makes the worker's INSERT fail with "database
 // table is locked", and that photo's row is lost.
@@ -51,11 +76,11 @@ inline const QString journalOffPragma = QStringLiteral("PRAGMA journal_mode = OF
 QSqlDatabase addConnection(const QString &name);
 
 // Adds and opens the main connection, switches it to read-uncommitted, turns the journal off and
-// creates the table.
+// creates both tables.
 // False when the database cannot be opened or the table cannot be created.
 bool openMainConnection(QSqlDatabase &db);
 
-// Empties the table and drops every index made for the statistics; the AUTOINCREMENT counter
+// Empties both tables and drops every index made for the statistics; the AUTOINCREMENT counter
 // goes on, so later ids continue after the old ones.
 void clear(QSqlDatabase &db);
 
@@ -73,6 +98,11 @@ inline const QStringList statisticIndexStatements {
     QStringLiteral("CREATE INDEX IF NOT EXISTS StatMeteringMode ON DATEIEN (METERINGMODE)"),
     QStringLiteral("CREATE INDEX IF NOT EXISTS StatExposureMode ON DATEIEN (EXPOSUREMODE)"),
     QStringLiteral("CREATE INDEX IF NOT EXISTS StatDay ON DATEIEN (substr(DATE, 1, 11))"),
+    QStringLiteral("CREATE INDEX IF NOT EXISTS StatFocalLength35 ON PHOTOINFO "
+                   "(CAST(round(FOCALLENGTH35) AS INTEGER))"),
+    QStringLiteral("CREATE INDEX IF NOT EXISTS StatHour ON PHOTOINFO (HOUR)"),
+    QStringLiteral("CREATE INDEX IF NOT EXISTS StatWeekday ON PHOTOINFO (WEEKDAY)"),
+    QStringLiteral("CREATE INDEX IF NOT EXISTS StatFileType ON PHOTOINFO (FILETYPE)"),
 };
 
 // The date chart's photos per day. A date text converts to a QDate by its first eleven
@@ -80,6 +110,10 @@ inline const QStringList statisticIndexStatements {
 // eleven-character prefix gives the counts of converting every row's text.
 inline const QString photosPerDayStatement =
     QStringLiteral("SELECT substr(Date, 1, 11), count(*) FROM Dateien GROUP BY 1");
+
+// Fills in what can only be known once every photo of a scan is in: the 35 mm focal lengths
+// learned from other photos of the same camera model.
+void completeScan(QSqlDatabase &db);
 
 // Builds the statistic indexes and the further ones given (CREATE INDEX statements; empty ones are
 // passed over). One that cannot be built (the table locked by a reader) only makes the next chart

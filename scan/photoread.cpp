@@ -15,5 +15,6 @@ PhotoRead PhotoRead::of(const QString &path)
     read.make = exif.Make;
     read.model = exif.Model;
     read.values = PhotoRowInserter::rowValues(exif);
+    read.info = PhotoRowInserter::infoValues(exif, path);
     return read;
 }

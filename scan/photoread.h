@@ -13,6 +13,7 @@ struct PhotoRead
     QString make; // compared with the exclusion lists
     QString model;
     QVariantList values; // one per PhotoRowInserter::placeholders
+    QVariantList info; // one per PhotoRowInserter::infoPlaceholders
 
     // Reads the file with TExifFile; never opens it for writing.
     static PhotoRead of(const QString &path);

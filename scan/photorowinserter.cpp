@@ -1,5 +1,8 @@
 #include "photorowinserter.h"
 
+#include "filetypes.h"
+#include "photodatabase.h"
+#include "photodate.h"
 #include "queryrowinserter.h"
 #include "texiffile.h"
 
@@ -16,6 +19,49 @@ const QStringList PhotoRowInserter::placeholders {
     QStringLiteral(":exptimestring"), QStringLiteral(":meteringmode"),
     QStringLiteral(":exposuremode"),
 };
+
+const QStringList PhotoRowInserter::infoPlaceholders {
+    QStringLiteral(":path"),       QStringLiteral(":filetype"), QStringLiteral(":focallength35"),
+    QStringLiteral(":cropfactor"), QStringLiteral(":hour"),     QStringLiteral(":weekday"),
+};
+
+PhotoRowInserter::Target PhotoRowInserter::photoRows()
+{
+    return { PhotoDatabase::insertStatement, placeholders };
+}
+
+PhotoRowInserter::Target PhotoRowInserter::photoInfo()
+{
+    return { PhotoDatabase::insertInfoStatement, infoPlaceholders };
+}
+
+namespace {
+
+// Zero is the reader's "unknown"; the table holds null for it.
+QVariant knownOrNull(double value)
+{
+    return value > 0 ? QVariant(value) : QVariant();
+}
+
+QVariant knownOrNull(std::optional<int> value)
+{
+    return value ? QVariant(*value) : QVariant();
+}
+
+} // namespace
+
+QVariantList PhotoRowInserter::infoValues(const TExifFile &exif, const QString &path)
+{
+    const QDate day = PhotoDate::date(exif.DateTimeOriginal);
+    return {
+        path,
+        FileTypes::nameOf(path),
+        knownOrNull(exif.composite_FocalLength35efl()),
+        knownOrNull(exif.composite_CropFactor35()),
+        knownOrNull(PhotoDate::hour(exif.DateTimeOriginal)),
+        day.isValid() ? QVariant(day.dayOfWeek()) : QVariant(),
+    };
+}
 
 QVariantList PhotoRowInserter::rowValues(const TExifFile &exif)
 {
@@ -39,9 +85,15 @@ QVariantList PhotoRowInserter::rowValues(const TExifFile &exif)
 
 std::unique_ptr<PhotoRowInserter> PhotoRowInserter::create(const QSqlDatabase &db)
 {
+    return create(db, photoRows());
+}
+
+std::unique_ptr<PhotoRowInserter> PhotoRowInserter::create(const QSqlDatabase &db,
+                                                           const Target &target)
+{
 #ifdef KELVARO_DIRECT_SQLITE
-    return std::make_unique<SqliteRowInserter>(db);
+    return std::make_unique<SqliteRowInserter>(db, target);
 #else
-    return std::make_unique<QueryRowInserter>(db);
+    return std::make_unique<QueryRowInserter>(db, target);
 #endif
 }

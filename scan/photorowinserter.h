@@ -14,16 +14,31 @@ class TExifFile;
 class PhotoRowInserter
 {
 public:
-    // The placeholder names in the order their values are bound. The statement has no
-    // ":datemod"; the driver ignores that name.
+    // An INSERT and its placeholder names in the order their values are bound.
+    struct Target
+    {
+        const QString &statement;
+        const QStringList &placeholders;
+    };
+
+    // The placeholder names of DATEIEN's INSERT. The statement has no ":datemod"; the driver
+    // ignores that name.
     static const QStringList placeholders;
+    // Those of PHOTOINFO's INSERT, which follows each row of DATEIEN.
+    static const QStringList infoPlaceholders;
+    static Target photoRows();
+    static Target photoInfo();
 
     // The values of a photo's row, one per placeholder.
     static QVariantList rowValues(const TExifFile &exif);
+    // The values of its PHOTOINFO row, one per info placeholder; an unknown value is QVariant().
+    static QVariantList infoValues(const TExifFile &exif, const QString &path);
 
-    // Prepares the statement on the open connection db, through SQLite's own interface where the
-    // build allows it (see SqliteRowInserter), else as a QSqlQuery.
+    // Prepares the statement (DATEIEN's unless another is given) on the open connection db,
+    // through SQLite's own interface where the build allows it (see SqliteRowInserter), else as a
+    // QSqlQuery.
     static std::unique_ptr<PhotoRowInserter> create(const QSqlDatabase &db);
+    static std::unique_ptr<PhotoRowInserter> create(const QSqlDatabase &db, const Target &target);
 
     virtual ~PhotoRowInserter() = default;
 

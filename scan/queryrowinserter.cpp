@@ -2,10 +2,11 @@
 
 #include "photodatabase.h"
 
-QueryRowInserter::QueryRowInserter(const QSqlDatabase &db)
+QueryRowInserter::QueryRowInserter(const QSqlDatabase &db, const Target &target)
     : statement(db)
+    , placeholders(target.placeholders)
 {
-    statement.prepare(PhotoDatabase::insertStatement);
+    statement.prepare(target.statement);
 }
 
 bool QueryRowInserter::insert(const QVariantList &values)

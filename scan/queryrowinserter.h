@@ -9,10 +9,12 @@
 class QueryRowInserter : public PhotoRowInserter
 {
 public:
-    explicit QueryRowInserter(const QSqlDatabase &db);
+    // The INSERT into DATEIEN, or the given one with its placeholders.
+    explicit QueryRowInserter(const QSqlDatabase &db, const Target &target = photoRows());
 
     bool insert(const QVariantList &values) override;
 
 private:
     QSqlQuery statement;
+    QStringList placeholders;
 };

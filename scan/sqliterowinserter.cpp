@@ -18,13 +18,13 @@ sqlite3 *handleOf(const QSqlDatabase &db)
 
 } // namespace
 
-SqliteRowInserter::SqliteRowInserter(const QSqlDatabase &db)
+SqliteRowInserter::SqliteRowInserter(const QSqlDatabase &db, const Target &target)
+    : parameters(target.placeholders.size(), 0)
 {
-    Q_ASSERT(placeholders.size() == qsizetype(parameters.size()));
     sqlite3 *const connection = handleOf(db);
     if (!connection)
         return;
-    const QByteArray sql = PhotoDatabase::insertStatement.toUtf8();
+    const QByteArray sql = target.statement.toUtf8();
     // Prepared like Qt's driver does it; a statement that cannot be prepared (no table) stays
     // null and every insert fails, as with an unprepared QSqlQuery.
     if (sqlite3_prepare_v2(connection, sql.constData(), int(sql.size()) + 1, &statement, nullptr)
@@ -33,9 +33,9 @@ SqliteRowInserter::SqliteRowInserter(const QSqlDatabase &db)
         statement = nullptr;
         return;
     }
-    for (qsizetype i = 0; i < placeholders.size(); ++i)
-        parameters[size_t(i)] =
-            sqlite3_bind_parameter_index(statement, placeholders.at(i).toUtf8().constData());
+    for (qsizetype i = 0; i < parameters.size(); ++i)
+        parameters[i] =
+            sqlite3_bind_parameter_index(statement, target.placeholders.at(i).toUtf8().constData());
 }
 
 SqliteRowInserter::~SqliteRowInserter()
@@ -46,6 +46,8 @@ SqliteRowInserter::~SqliteRowInserter()
 bool SqliteRowInserter::bind(int index, const QVariant &value)
 {
     switch (value.metaType().id()) {
+    case QMetaType::UnknownType: // an unknown value, as QVariant() binds it through Qt
+        return sqlite3_bind_null(statement, index) == SQLITE_OK;
     case QMetaType::QString: {
         const QString &text = *static_cast<const QString *>(value.constData());
         if (text.isNull())
@@ -66,11 +68,11 @@ bool SqliteRowInserter::bind(int index, const QVariant &value)
 
 bool SqliteRowInserter::insert(const QVariantList &values)
 {
-    Q_ASSERT(values.size() == placeholders.size());
+    Q_ASSERT(values.size() == parameters.size());
     if (!statement)
         return false;
-    for (size_t i = 0; i < parameters.size(); ++i) {
-        if (parameters[i] != 0 && !bind(parameters[i], values.at(qsizetype(i))))
+    for (qsizetype i = 0; i < parameters.size(); ++i) {
+        if (parameters[i] != 0 && !bind(parameters[i], values.at(i)))
             return false;
     }
     const bool stored = PhotoDatabase::insertRetryingWhileLocked([this] {

@@ -2,7 +2,7 @@
 
 #include "photorowinserter.h"
 
-#include <array>
+#include <QList>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -17,7 +17,8 @@ struct sqlite3_stmt;
 class SqliteRowInserter : public PhotoRowInserter
 {
 public:
-    explicit SqliteRowInserter(const QSqlDatabase &db);
+    // The INSERT into DATEIEN, or the given one with its placeholders.
+    explicit SqliteRowInserter(const QSqlDatabase &db, const Target &target = photoRows());
     ~SqliteRowInserter() override;
     SqliteRowInserter(const SqliteRowInserter &) = delete;
     SqliteRowInserter &operator=(const SqliteRowInserter &) = delete;
@@ -29,5 +30,5 @@ private:
 
     sqlite3_stmt *statement = nullptr;
     // The statement's parameter number per placeholder; 0 where it has none (":datemod").
-    std::array<int, 13> parameters {};
+    QList<int> parameters;
 };

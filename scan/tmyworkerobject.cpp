@@ -45,14 +45,18 @@ void TMyWorkerObject::doOperation()
     }
 
     inserter = PhotoRowInserter::create(db);
+    infoInserter = PhotoRowInserter::create(db, PhotoRowInserter::photoInfo());
     scanDirectories();
 
-    // The statement must be released before its connection closes.
+    // The statements must be released before their connection closes.
     inserter.reset();
+    infoInserter.reset();
     // A stopped scan's rows are dropped at once by the window that stopped it, which waits for
-    // this thread: indexes over them would only keep it waiting.
-    if (!QThread::currentThread()->isInterruptionRequested())
+    // this thread: completing them and indexes over them would only keep it waiting.
+    if (!QThread::currentThread()->isInterruptionRequested()) {
+        PhotoDatabase::completeScan(db);
         PhotoDatabase::createStatisticIndexes(db, groupedStatisticIndexes);
+    }
     db.close();
     emit operationDone();
 }
@@ -130,6 +134,7 @@ void TMyWorkerObject::storeRow(const PhotoRead &read)
         return;
 
     // Outside a scan there is no prepared statement: the row is not stored, as by a failed insert.
-    if (inserter)
-        inserter->insert(read.values);
+    // The info row takes the id of the row just stored, so it follows only a stored one.
+    if (inserter && inserter->insert(read.values))
+        infoInserter->insert(read.info);
 }

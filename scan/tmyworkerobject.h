@@ -55,8 +55,9 @@ private:
     QList<QString> makerExcludes;
     QList<QString> modelExcludes;
     QSqlDatabase db;
-    // The INSERT, prepared once per scan on db; every photo only binds and executes it.
+    // The INSERTs, prepared once per scan on db; every photo only binds and executes them.
     std::unique_ptr<PhotoRowInserter> inserter;
+    std::unique_ptr<PhotoRowInserter> infoInserter;
     QStringList groupedStatisticIndexes;
     int readerThreads = ReaderPool::defaultThreads;
 };

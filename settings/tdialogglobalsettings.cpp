@@ -117,6 +117,17 @@ QList<QString> TDialogGlobalSettings::isoGroups()
     return acceptedIsoGroups;
 }
 
+void TDialogGlobalSettings::setFocalLength35Groups(QList<QString> &groups)
+{
+    acceptedFocalLength35Groups = groups;
+    ui->leFocalLength35Groups->setText(groups.join(';'));
+}
+
+QList<QString> TDialogGlobalSettings::focalLength35Groups()
+{
+    return acceptedFocalLength35Groups;
+}
+
 bool TDialogGlobalSettings::validateGroups(QString text)
 {
     if (text.isEmpty())
@@ -171,6 +182,24 @@ void TDialogGlobalSettings::on_leISOGroups_editingFinished()
     }
 }
 
+void TDialogGlobalSettings::on_leFocalLength35Groups_editingFinished()
+{
+    acceptedFocalLength35Groups.clear();
+    if (validateGroups(ui->leFocalLength35Groups->text())) {
+        focalLength35GroupsValid = true;
+        acceptedFocalLength35Groups =
+            ui->leFocalLength35Groups->text().split(';', Qt::SkipEmptyParts);
+    } else {
+        refuseGroups(ui->leFocalLength35Groups, tr("Data in FocalLength 35mm Groups not valid"));
+        focalLength35GroupsValid = false;
+    }
+}
+
+void TDialogGlobalSettings::on_leFocalLength35Groups_returnPressed()
+{
+    focalLength35GroupsValid = validateGroups(ui->leFocalLength35Groups->text());
+}
+
 void TDialogGlobalSettings::on_leFocalLengthGroups_returnPressed()
 {
     focalLengthGroupsValid = validateGroups(ui->leFocalLengthGroups->text());
@@ -184,7 +213,7 @@ void TDialogGlobalSettings::on_leISOGroups_returnPressed()
 void TDialogGlobalSettings::accept()
 {
     // The error box has already been shown when the field was left; OK just stays without effect.
-    if (focalLengthGroupsValid && isoGroupsValid)
+    if (focalLengthGroupsValid && isoGroupsValid && focalLength35GroupsValid)
         QDialog::accept();
 }
 

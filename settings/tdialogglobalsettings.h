@@ -12,9 +12,9 @@ class TSettingsDialog;
 }
 
 // The settings that are not tied to one chart: the update check, the number of files a scan reads
-// at once, the focal-length and ISO range
-// groups of the grouped charts and the makers and models a scan leaves out. Range groups are
-// checked as they are typed; OK is refused while either of them is invalid.
+// at once, the focal-length, ISO and 35 mm focal-length range groups of the grouped charts and the
+// makers and models a scan leaves out. Range groups are checked as they are typed; OK is refused
+// while any of them is invalid.
 class TDialogGlobalSettings : public QDialog
 {
     Q_OBJECT
@@ -40,6 +40,8 @@ public:
     QList<QString> focalLengthGroups();
     void setISOGroups(QList<QString> &groups);
     QList<QString> isoGroups();
+    void setFocalLength35Groups(QList<QString> &groups);
+    QList<QString> focalLength35Groups();
 
     // "24-70;71-200": ranges "low-high" separated by ";", strictly increasing, not touching,
     // the first low bound at least 1. Empty parts are ignored; the empty text is valid.
@@ -55,6 +57,8 @@ private slots:
     void on_leISOGroups_editingFinished();
     void on_leFocalLengthGroups_returnPressed();
     void on_leISOGroups_returnPressed();
+    void on_leFocalLength35Groups_editingFinished();
+    void on_leFocalLength35Groups_returnPressed();
 
 private:
     void createIcons();
@@ -64,8 +68,10 @@ private:
     Ui::TSettingsDialog *ui;
     bool focalLengthGroupsValid = true;
     bool isoGroupsValid = true;
+    bool focalLength35GroupsValid = true;
     // The ranges as last accepted by each field (named so because the getters take the plain
     // names).
     QList<QString> acceptedFocalLengthGroups;
     QList<QString> acceptedIsoGroups;
+    QList<QString> acceptedFocalLength35Groups;
 };

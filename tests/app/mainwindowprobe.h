@@ -9,7 +9,7 @@
 #include <QSqlTableModel>
 
 // Lets the tests look at and drive what the window keeps to itself: its members and the private
-// steps that the form does not expose. Statistic indexes are the tab indexes 0 to 10.
+// steps that the form does not expose.
 class MainWindowProbe
 {
 public:
@@ -35,8 +35,10 @@ public:
     bool &checkForUpdatesOnStart() const { return w.checkForUpdatesOnStart; }
     QList<QString> &makerExcludes() const { return w.makerExcludes; }
     QList<QString> &modelExcludes() const { return w.modelExcludes; }
-    QList<QString> &focalLengthGroups() const { return w.focalLengthGroups; }
-    QList<QString> &isoGroups() const { return w.isoGroups; }
+    QList<QString> &focalLengthGroups() const { return w.rangeGroups["focalLengthGroups"]; }
+    QList<QString> &isoGroups() const { return w.rangeGroups["isoGroups"]; }
+    QList<QString> &focalLength35Groups() const { return w.rangeGroups["focalLength35Groups"]; }
+    QStringList &hiddenStatistics() const { return w.hiddenStatistics; }
     int &readerThreads() const { return w.readerThreads; }
     int &chartDateTheme() const { return w.chartDateTheme; }
     int chartTheme() const { return w.chartTheme; }
@@ -45,26 +47,17 @@ public:
     float &camZoom() const { return w.camZoom; }
     ChartDate3D *chartDate3D() const { return w.chartDate3D; }
 
+    // The statistics drawn as a table beside a chart: 0 to 10 are the form's tabs 0 to 10, the
+    // rest follow in the order of the statistics.
+    int chartedStatistics() const { return int(w.statisticTabs.size()); }
+    const StatisticTab &statisticTab(int statistic) const { return w.statisticTabs.at(statistic); }
     TChartSettings &chartSettings(int statistic) const
     {
-        TChartSettings *records[] = { &w.chartSettingsMaker,   &w.chartSettingsModel,
-                                      &w.chartSettingsLens,    &w.chartSettingsFocLen,
-                                      &w.chartSettingsFocLenG, &w.chartSettingsISO,
-                                      &w.chartSettingsISOG,    &w.chartSettingsFNum,
-                                      &w.chartSettingsExpTime, &w.chartSettingsMetMode,
-                                      &w.chartSettingsExpMode };
-        return *records[statistic];
+        return w.statisticTabs[statistic].settings;
     }
-
     ChartController *chartController(int statistic) const
     {
-        ChartController *controllers[] = { w.chartControllerMaker,   w.chartControllerModel,
-                                           w.chartControllerLens,    w.chartControllerFocLen,
-                                           w.chartControllerFocLenG, w.chartControllerISO,
-                                           w.chartControllerISOG,    w.chartControllerFNum,
-                                           w.chartControllerExpTime, w.chartControllerMetMode,
-                                           w.chartControllerExpMode };
-        return controllers[statistic];
+        return w.statisticTabs.at(statistic).controller;
     }
 
     int scanFinishedReceivers() const { return w.receivers(SIGNAL(scanFinished(QString))); }

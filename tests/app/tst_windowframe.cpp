@@ -254,6 +254,17 @@ void TestWindowFrame::menus_data()
                                      "actionSony_arw",       "|",
                                      "action_dng",           "action_jpg",
                                      "action_heif",          "|" };
+    QTest::newRow("View, one entry per statistic")
+        << "menuView"
+        << "View" << QStringList { "actionViewMaker",         "actionViewModel",
+                                   "actionViewLens",          "actionViewFocalLength",
+                                   "actionViewFocalLengthG",  "actionViewISO",
+                                   "actionViewISOG",          "actionViewFNumber",
+                                   "actionViewExposureTime",  "actionViewMeteringMode",
+                                   "actionViewExposureMode",  "actionViewDateOriginal",
+                                   "actionViewFocalLength35", "actionViewFocalLength35G",
+                                   "actionViewHourOfDay",     "actionViewWeekday",
+                                   "actionViewFileType" };
     QTest::newRow("Help") << "menuHelp"
                           << "Help" << QStringList { "actionAbout_Kelvaro", "actionAbout_Qt" };
 }
@@ -280,7 +291,7 @@ void TestWindowFrame::menuBarHoldsTheMenusInOrder()
     QStringList menus;
     for (QAction *action : menuBar->actions())
         menus << action->menu()->objectName();
-    QCOMPARE(menus, (QStringList { "menuFile", "menuEdit", "menuFilter", "menuHelp" }));
+    QCOMPARE(menus, (QStringList { "menuFile", "menuEdit", "menuFilter", "menuView", "menuHelp" }));
     QCOMPARE(menuBar->geometry(), QRect(0, 0, 1113, 21));
 }
 
@@ -402,6 +413,27 @@ void TestWindowFrame::tabs_data()
                         << "- Data -"
                         << "verticalLayout_5"
                         << "";
+    // The statistics the form does not have, after its tabs, built like its own.
+    QTest::newRow("13") << 13 << "tabFocalLength35"
+                        << "Focal Length 35mm"
+                        << "layoutFocalLength35"
+                        << "FocalLength35";
+    QTest::newRow("14") << 14 << "tabFocalLength35G"
+                        << "Focal Length 35mm grouped"
+                        << "layoutFocalLength35G"
+                        << "FocalLength35G";
+    QTest::newRow("15") << 15 << "tabHourOfDay"
+                        << "Hour of Day"
+                        << "layoutHourOfDay"
+                        << "HourOfDay";
+    QTest::newRow("16") << 16 << "tabWeekday"
+                        << "Weekday"
+                        << "layoutWeekday"
+                        << "Weekday";
+    QTest::newRow("17") << 17 << "tabFileType"
+                        << "File Type"
+                        << "layoutFileType"
+                        << "FileType";
 }
 
 void TestWindowFrame::tabs()
@@ -414,7 +446,7 @@ void TestWindowFrame::tabs()
 
     makeWindow();
     auto *tabWidget = child<QTabWidget>("tabWidget");
-    QCOMPARE(tabWidget->count(), 13);
+    QCOMPARE(tabWidget->count(), 18);
     QWidget *page = tabWidget->widget(index);
     QCOMPARE(page->objectName(), tab);
     QCOMPARE(tabWidget->tabText(index), text);

@@ -101,12 +101,12 @@ int main(int argc, char **argv)
                 ChartDate3D::openGLAvailable() ? "drawn" : "replaced by its placeholder",
                 indexes ? "with indexes" : "no indexes");
 
-    const char *names[variantCount] = { "Maker", "Model", "Lens",    "FocLen",  "FocLenG", "ISO",
-                                        "ISOG",  "FNum",  "ExpTime", "MetMode", "ExpMode" };
+    const QList<const Statistic *> charted = chartedStatistics();
+    const int statisticCount = int(charted.size());
     QList<QChartView *> chartViews;
     QList<QTableView *> tableViews;
-    QList<ChartController *> controllers(variantCount, nullptr);
-    for (int i = 0; i < variantCount; ++i) {
+    QList<ChartController *> controllers(statisticCount, nullptr);
+    for (int i = 0; i < statisticCount; ++i) {
         chartViews.append(new QChartView);
         tableViews.append(new QTableView);
     }
@@ -115,14 +115,14 @@ int main(int argc, char **argv)
     ChartDate3D *dateChart = nullptr;
     TChartSettings settings = plainSettings(0);
 
-    QList<double> best(variantCount + 2, 1e9);
-    QList<double> bestCpu(variantCount + 2, 1e9);
+    QList<double> best(statisticCount + 2, 1e9);
+    QList<double> bestCpu(statisticCount + 2, 1e9);
     for (int round = 0; round < rounds; ++round) {
         settings.chartTyp = round % 4;
         QElapsedTimer total;
         total.start();
         const std::clock_t totalCpu = std::clock();
-        for (int i = 0; i < variantCount; ++i) {
+        for (int i = 0; i < statisticCount; ++i) {
             QElapsedTimer one;
             one.start();
             const std::clock_t oneCpu = std::clock();
@@ -138,19 +138,20 @@ int main(int argc, char **argv)
         delete dateChart;
         dateChart =
             new ChartDate3D(table.database(), dateLayout, Q3DTheme::ThemeQt, 0, 20, 100, nullptr);
-        best[variantCount] = std::min(best[variantCount], date.nsecsElapsed() / 1e6);
-        bestCpu[variantCount] = std::min(bestCpu[variantCount], cpuMs(dateCpu));
-        best[variantCount + 1] = std::min(best[variantCount + 1], total.nsecsElapsed() / 1e6);
-        bestCpu[variantCount + 1] = std::min(bestCpu[variantCount + 1], cpuMs(totalCpu));
+        best[statisticCount] = std::min(best[statisticCount], date.nsecsElapsed() / 1e6);
+        bestCpu[statisticCount] = std::min(bestCpu[statisticCount], cpuMs(dateCpu));
+        best[statisticCount + 1] = std::min(best[statisticCount + 1], total.nsecsElapsed() / 1e6);
+        bestCpu[statisticCount + 1] = std::min(bestCpu[statisticCount + 1], cpuMs(totalCpu));
         std::printf("round %d (chart type %d): all charts %.1f ms, cpu %.1f ms\n", round,
                     settings.chartTyp, total.nsecsElapsed() / 1e6, cpuMs(totalCpu));
     }
     std::printf("best of %d rounds, controller made and drawn (wall / cpu):\n", rounds);
-    for (int i = 0; i < variantCount; ++i)
-        std::printf("  %-8s %8.1f / %8.1f ms\n", names[i], best[i], bestCpu[i]);
-    std::printf("  %-8s %8.1f / %8.1f ms\n", "Date3D", best[variantCount], bestCpu[variantCount]);
-    std::printf("  %-8s %8.1f / %8.1f ms\n", "total", best[variantCount + 1],
-                bestCpu[variantCount + 1]);
+    for (int i = 0; i < statisticCount; ++i)
+        std::printf("  %-8s %8.1f / %8.1f ms\n", qPrintable(charted[i]->key), best[i], bestCpu[i]);
+    std::printf("  %-8s %8.1f / %8.1f ms\n", "Date3D", best[statisticCount],
+                bestCpu[statisticCount]);
+    std::printf("  %-8s %8.1f / %8.1f ms\n", "total", best[statisticCount + 1],
+                bestCpu[statisticCount + 1]);
 
     std::printf("the statements alone, executed and read to the end (cpu):\n");
     QStringList statements;
@@ -165,8 +166,9 @@ int main(int argc, char **argv)
         int resultRows = 0;
         while (query.next())
             ++resultRows;
-        std::printf("  %-8s %8.1f ms  %5d rows\n", i < variantCount ? names[i] : "Date3D",
-                    cpuMs(start), resultRows);
+        std::printf("  %-8s %8.1f ms  %5d rows\n",
+                    i < statisticCount ? qPrintable(charted[i]->key) : "Date3D", cpuMs(start),
+                    resultRows);
     }
 
     delete dateChart;

@@ -1,17 +1,8 @@
 #include "chartsfixture.h"
 
-#include "chartcontrollerexpmode.h"
-#include "chartcontrollerexptime.h"
-#include "chartcontrollerfnum.h"
-#include "chartcontrollerfoclen.h"
-#include "chartcontrollerfocleng.h"
-#include "chartcontrolleriso.h"
-#include "chartcontrollerisog.h"
-#include "chartcontrollerlens.h"
-#include "chartcontrollermaker.h"
-#include "chartcontrollermetmode.h"
-#include "chartcontrollermodel.h"
 #include "photodatabase.h"
+#include "photodate.h"
+#include "statisticcontrollers.h"
 
 #include <QAbstractBarSeries>
 #include <QBarCategoryAxis>
@@ -39,7 +30,9 @@ PhotoTable::PhotoTable()
     // The shared in-memory database lives as long as one connection is open; start clean anyway.
     QSqlQuery query(db);
     query.exec(QStringLiteral("DROP TABLE IF EXISTS DATEIEN"));
-    ready = query.exec(PhotoDatabase::createTableStatement);
+    query.exec(QStringLiteral("DROP TABLE IF EXISTS PHOTOINFO"));
+    ready = query.exec(PhotoDatabase::createTableStatement)
+        && query.exec(PhotoDatabase::createInfoTableStatement);
     if (!ready)
         error = query.lastError().text();
 }
@@ -55,8 +48,10 @@ bool PhotoTable::insert(const QList<Photo> &photos)
 {
     db.transaction();
     QSqlQuery query(db);
-    if (!query.prepare(PhotoDatabase::insertStatement)) {
-        error = query.lastError().text();
+    QSqlQuery info(db);
+    if (!query.prepare(PhotoDatabase::insertStatement)
+        || !info.prepare(PhotoDatabase::insertInfoStatement)) {
+        error = query.lastError().text() + info.lastError().text();
         db.rollback();
         return false;
     }
@@ -75,6 +70,21 @@ bool PhotoTable::insert(const QList<Photo> &photos)
         query.bindValue(":exposuremode", photo.exposureMode);
         if (!query.exec()) {
             error = query.lastError().text();
+            db.rollback();
+            return false;
+        }
+        // What a scan derives, as the scan derives it; zero is an unknown 35 mm focal length.
+        const QDate day = PhotoDate::date(photo.date);
+        const auto hour = PhotoDate::hour(photo.date);
+        info.bindValue(":path", photo.path);
+        info.bindValue(":filetype", photo.fileType);
+        info.bindValue(":focallength35",
+                       photo.focalLength35 > 0 ? QVariant(photo.focalLength35) : QVariant());
+        info.bindValue(":cropfactor", QVariant());
+        info.bindValue(":hour", hour ? QVariant(*hour) : QVariant());
+        info.bindValue(":weekday", day.isValid() ? QVariant(day.dayOfWeek()) : QVariant());
+        if (!info.exec()) {
+            error = info.lastError().text();
             db.rollback();
             return false;
         }
@@ -131,36 +141,25 @@ TChartSettings customSettings(int chartTyp)
     return settings;
 }
 
+QList<const Statistic *> chartedStatistics()
+{
+    QList<const Statistic *> charted;
+    for (const Statistic &statistic : Statistics::all()) {
+        if (statistic.shape != Statistic::Shape::DayCounts)
+            charted.append(&statistic);
+    }
+    return charted;
+}
+
 ChartController *makeController(int variant, QSqlDatabase &db, QChartView *chartView,
                                 QTableView *tableView, TChartSettings &settings,
                                 const QList<QString> &ranges, QObject *parent)
 {
-    switch (variant) {
-    case Maker:
-        return new ChartControllerMaker(db, chartView, tableView, settings, parent);
-    case Model:
-        return new ChartControllerModel(db, chartView, tableView, settings, parent);
-    case Lens:
-        return new ChartControllerLens(db, chartView, tableView, settings, parent);
-    case FocLen:
-        return new ChartControllerFocLen(db, chartView, tableView, settings, parent);
-    case FocLenG:
-        return new ChartControllerFocLenG(db, chartView, tableView, settings, ranges, parent);
-    case ISO:
-        return new ChartControllerISO(db, chartView, tableView, settings, parent);
-    case ISOG:
-        return new ChartControllerISOG(db, chartView, tableView, settings, ranges, parent);
-    case FNum:
-        return new ChartControllerFNum(db, chartView, tableView, settings, parent);
-    case ExpTime:
-        return new ChartControllerExpTime(db, chartView, tableView, settings, parent);
-    case MetMode:
-        return new ChartControllerMetMode(db, chartView, tableView, settings, parent);
-    case ExpMode:
-        return new ChartControllerExpMode(db, chartView, tableView, settings, parent);
-    default:
+    const QList<const Statistic *> charted = chartedStatistics();
+    if (variant < 0 || variant >= charted.size())
         return nullptr;
-    }
+    return createStatisticController(*charted.at(variant), db, chartView, tableView, settings,
+                                     ranges, parent);
 }
 
 void ChartScene::draw(int variant, TChartSettings settings, const QList<QString> &ranges)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "chartcontroller.h"
+#include "statistic.h"
 #include "tchartsettings.h"
 
 #include <QChartView>
@@ -29,6 +30,10 @@ struct Photo
     QString exposureTimeText = QStringLiteral("1/250");
     QString meteringMode = QStringLiteral("Multi-segment");
     QString exposureMode = QStringLiteral("Manual");
+    // What the scan keeps beside the row; the hour and weekday follow from the date.
+    QString path = QStringLiteral("/photos/IMG.CR3");
+    QString fileType = QStringLiteral("CR3");
+    double focalLength35 = 0; // unknown
 };
 
 // The in-memory photo database on the main connection with an empty DATEIEN table. Controllers
@@ -62,10 +67,13 @@ TChartSettings plainSettings(int chartTyp);
 // The same with wantsCustomThemeSettings on and fonts and colours no theme uses.
 TChartSettings customSettings(int chartTyp);
 
-// The eleven statistic charts, in the order of their tabs.
+// The statistics drawn as a table beside a chart, in the order of their tabs; the first eleven
+// are the variants below.
+QList<const Statistic *> chartedStatistics();
 enum Variant { Maker, Model, Lens, FocLen, FocLenG, ISO, ISOG, FNum, ExpTime, MetMode, ExpMode };
 inline constexpr int variantCount = 11;
-// Constructs (and so draws) the controller of a variant; the grouped ones get the ranges.
+// Constructs (and so draws) the controller of a charted statistic by its index; the grouped ones
+// get the ranges.
 ChartController *makeController(int variant, QSqlDatabase &db, QChartView *chartView,
                                 QTableView *tableView, TChartSettings &settings,
                                 const QList<QString> &ranges = {}, QObject *parent = nullptr);

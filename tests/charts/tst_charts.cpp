@@ -1,8 +1,8 @@
 // The drawing shared by the statistics charts: the four chart kinds, every setting of the
 // record, switching kinds, and releasing what a redraw replaces. Drawn through the maker chart.
 
-#include "chartcontrollermaker.h"
 #include "chartsfixture.h"
+#include "statisticcontroller.h"
 
 #include <QAbstractBarSeries>
 #include <QBarSet>
@@ -385,8 +385,8 @@ void TestCharts::customSettingsOffChangeNothing()
     changed.wantsCustomThemeSettings = false;
     QChartView secondView;
     QTableView secondTable;
-    ChartControllerMaker second(first.table.database(), &secondView, &secondTable, changed,
-                                nullptr);
+    StatisticController second(*Statistics::byKey("maker"), first.table.database(), &secondView,
+                               &secondTable, changed, nullptr);
 
     QChart *a = first.chart();
     QChart *b = secondView.chart();

@@ -1,8 +1,8 @@
 // Redrawing: a new chart each time, nothing drawn for an unknown chart type, and everything a
 // redraw replaces (chart, model, mapper, selection models) released.
 
-#include "chartcontrollermaker.h"
 #include "chartsfixture.h"
+#include "statisticcontroller.h"
 
 #include <QItemSelectionModel>
 #include <QLegend>
@@ -180,7 +180,7 @@ void TestChartsRefresh::replacedControllersDoNotLeak()
 // than the mapper of its one drawing.
 void TestChartsRefresh::defaultFormDrawsWithoutViews()
 {
-    ChartControllerMaker controller(nullptr);
+    StatisticController controller(*Statistics::byKey("maker"), nullptr);
     TChartSettings settings = plainSettings(0);
     for (int chartTyp = 0; chartTyp < 4; ++chartTyp) {
         settings.chartTyp = chartTyp;

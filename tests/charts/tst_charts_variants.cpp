@@ -2,8 +2,8 @@
 // ranges and the exposure-time chart's own drawing.
 
 #include "chartcontroller.h"
-#include "chartcontrollerfocleng.h"
 #include "chartsfixture.h"
+#include "rangegroupcontroller.h"
 
 #include <QAbstractBarSeries>
 #include <QBarSet>
@@ -406,8 +406,9 @@ void TestChartVariants::defaultRangesAreKept()
     ChartScene scene;
     QVERIFY2(scene.table.isReady(), qPrintable(scene.table.lastError()));
     TChartSettings settings = plainSettings(0);
-    auto *controller = new ChartControllerFocLenG(scene.table.database(), &scene.chartView,
-                                                  &scene.tableView, settings, {}, nullptr);
+    auto *controller = new RangeGroupController(*Statistics::byKey(Statistics::focalLengthGrouped),
+                                                scene.table.database(), &scene.chartView,
+                                                &scene.tableView, settings, {}, nullptr);
     scene.controller.reset(controller);
     QCOMPARE(controller->prepareSelectStatement(), focalLengthDefaultStatement);
     controller->refreshChart();

@@ -9,8 +9,9 @@
 class QChartView;
 class QTableView;
 class ChartController;
+struct Statistic;
 
-// The eleven statistic charts of the main window, each a chart view and a table view, rebuilt
+// The statistic charts of the main window, each a chart view and a table view, rebuilt
 // the way the window rebuilds them after a scan: every controller is replaced by a new one, which
 // runs its statistic on the given connection and draws at once. The views are never shown.
 class ChartWall : public QObject
@@ -27,6 +28,7 @@ public:
 
 private:
     QSqlDatabase db;
+    QList<const Statistic *> statistics;
     QList<QChartView *> chartViews;
     QList<QTableView *> tableViews;
     QList<ChartController *> controllers;

@@ -1,10 +1,9 @@
 #include "testphotodatabase.h"
 
-#include "chartcontrollerfocleng.h"
-#include "chartcontrollerisog.h"
 #include "photodatabase.h"
 #include "rangegroups.h"
 #include "scanfixtures.h"
+#include "statistic.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
@@ -175,15 +174,17 @@ void TestPhotoDatabase::groupedStatisticIndexesServeTheirStatements_data()
     QTest::addColumn<QList<QString>>("ranges");
     QTest::addColumn<QString>("index");
 
+    const Statistic &focalGroups = *Statistics::byKey(Statistics::focalLengthGrouped);
+    const Statistic &isoGroups = *Statistics::byKey(Statistics::isoGrouped);
     QTest::newRow("focal length, default ranges")
-        << "FocalLength" << QList<QString> {} << ChartControllerFocLenG::rangeIndexStatement({});
+        << "FocalLength" << QList<QString> {} << focalGroups.rangeIndexStatement({});
     QTest::newRow("focal length, overlapping ranges and a malformed one")
         << "FocalLength" << QList<QString> { "10-50", "24-70", "x-9", "71-71" }
-        << ChartControllerFocLenG::rangeIndexStatement({ "10-50", "24-70", "x-9", "71-71" });
+        << focalGroups.rangeIndexStatement({ "10-50", "24-70", "x-9", "71-71" });
     QTest::newRow("ISO, default ranges")
-        << "ISO" << QList<QString> {} << ChartControllerISOG::rangeIndexStatement({});
-    QTest::newRow("ISO, one range") << "ISO" << QList<QString> { "100-200" }
-                                    << ChartControllerISOG::rangeIndexStatement({ "100-200" });
+        << "ISO" << QList<QString> {} << isoGroups.rangeIndexStatement({});
+    QTest::newRow("ISO, one range")
+        << "ISO" << QList<QString> { "100-200" } << isoGroups.rangeIndexStatement({ "100-200" });
 }
 
 void TestPhotoDatabase::groupedStatisticIndexesServeTheirStatements()
@@ -206,8 +207,8 @@ void TestPhotoDatabase::groupedStatisticIndexesServeTheirStatements()
     // The statement the chart runs for these ranges.
     const bool focal = column == QLatin1String("FocalLength");
     if (ranges.isEmpty())
-        ranges =
-            focal ? ChartControllerFocLenG::defaultRanges() : ChartControllerISOG::defaultRanges();
+        ranges = Statistics::byKey(focal ? Statistics::focalLengthGrouped : Statistics::isoGrouped)
+                     ->rangeGroups->defaultRanges;
     const QString statement = RangeGroups::selectStatement(column, ranges);
     const QStringList without = statisticRows(db, statement);
     QVERIFY(without.size() > 1);

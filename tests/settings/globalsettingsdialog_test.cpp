@@ -241,7 +241,7 @@ void GlobalSettingsDialogTest::pageContents_data()
         << QStringList { "heading:Updates", "check:checkBoxUpdates:Check on application start",
                          "heading:Reading",
                          "row:label:Files read at once|spin:spinBoxReaderThreads:1-64" };
-    QTest::newRow("groups: focal length and ISO fields with hints")
+    QTest::newRow("groups: focal length, ISO and 35 mm focal length fields with hints")
         << "seite_2"
         << QStringList { "heading:Define Focal-Length Groups",
                          "hint:Please enter semicolon separated ranges, e.g. 24-70;71-200;201-600",
@@ -250,7 +250,12 @@ void GlobalSettingsDialogTest::pageContents_data()
                          "heading:Define ISO Groups",
                          "hint:Please enter semicolon separated ranges, "
                          "e.g.25-100;101-400;401-1600;1601-12800",
-                         "edit:leISOGroups" };
+                         "edit:leISOGroups",
+                         "line",
+                         "heading:Define Focal-Length Groups (35 mm equivalent)",
+                         "hint:Please enter semicolon separated ranges, "
+                         "e.g. 1-23;24-34;35-70;71-135;136-300;301-99999",
+                         "edit:leFocalLength35Groups" };
     QTest::newRow("exclude: maker and model lists")
         << "seite_3"
         << QStringList {

@@ -48,9 +48,13 @@ QString key(int low, int high)
     return QString("%1-%2").arg(low, 4, 10, zero).arg(high, 4, 10, zero);
 }
 
-QString caseExpression(const QString &column, const QList<QString> &ranges)
+QString caseExpression(const QString &column, const QList<QString> &ranges,
+                       const QString &unknownKey)
 {
     QString whenClauses;
+    // Only the program's own keys come here, never a user's text.
+    if (!unknownKey.isEmpty())
+        whenClauses = QString("when %1 is null then '%2' ").arg(column, unknownKey);
     for (const QString &text : ranges) {
         const auto range = parse(text);
         // A malformed range would break the statement or smuggle its text into it: skip it.
@@ -66,23 +70,36 @@ QString caseExpression(const QString &column, const QList<QString> &ranges)
     return QStringLiteral("case ") + whenClauses + QStringLiteral("else 'Others' end");
 }
 
-QString selectStatement(const QString &column, const QList<QString> &ranges)
+QString selectStatement(const QString &column, const QList<QString> &ranges, const QString &table,
+                        const QString &unknownKey)
 {
-    const QString expression = caseExpression(column, ranges);
+    QString expression = caseExpression(column, ranges, unknownKey);
     // Without a usable range every photo is 'Others'.
     if (expression.isEmpty())
-        return QStringLiteral(
-            "SELECT 'Others' as Range, count(1) as Count from Dateien group by Range");
-    return QStringLiteral("SELECT ") + expression
-        + QStringLiteral(" as Range, count(1) as Count from Dateien group by Range");
+        expression = QStringLiteral("'Others'");
+    return QStringLiteral("SELECT %1 as Range, count(1) as Count from %2 group by Range")
+        .arg(expression, table);
 }
 
-QString indexStatement(const QString &name, const QString &column, const QList<QString> &ranges)
+QString indexStatement(const QString &name, const QString &column, const QList<QString> &ranges,
+                       const QString &table, const QString &unknownKey)
 {
-    const QString expression = caseExpression(column, ranges);
+    const QString expression = caseExpression(column, ranges, unknownKey);
     if (expression.isEmpty())
         return {};
-    return QStringLiteral("CREATE INDEX IF NOT EXISTS %1 ON DATEIEN (%2)").arg(name, expression);
+    return QStringLiteral("CREATE INDEX IF NOT EXISTS %1 ON %2 (%3)")
+        .arg(name, table.toUpper(), expression);
+}
+
+QString displayText(const QString &key, const QString &unit,
+                    const QList<QPair<QString, QString>> &names)
+{
+    const QString text = displayText(key, QString());
+    for (const auto &[range, name] : names) {
+        if (range == text)
+            return name;
+    }
+    return displayText(key, unit);
 }
 
 QString displayText(const QString &key, const QString &unit)
