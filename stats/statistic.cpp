@@ -107,7 +107,7 @@ QList<Statistic> makeStatistics()
                 Shape::DayCounts),
         counted("focalLength35", "Focal Length 35mm", "Focal Length 35mm",
                 "FocalLength 35mm equivalent usage", "focLen35_", "FocalLength35",
-                QStringLiteral("SELECT ifnull(%1, 'unknown') AS FocalLength35, count(*) FROM "
+                QStringLiteral("SELECT ifnull(%1, 'unknown'), count(*) FROM "
                                "PhotoInfo GROUP BY %1 ORDER BY %1 IS NULL, %1")
                     .arg(focalLength35),
                 QStringList { "FocalLength 35mm" } + count),
@@ -129,13 +129,13 @@ QList<Statistic> makeStatistics()
                     { "301-99999", "super-tele (> 300 mm)" } } }),
         counted("hourOfDay", "Hour of Day", "Hour of Day", "Photos per hour of day", "hour_",
                 "HourOfDay",
-                "SELECT CASE WHEN HOUR IS NULL THEN 'n.a.' ELSE printf('%02d', HOUR) END AS Hour, "
+                "SELECT CASE WHEN HOUR IS NULL THEN 'n.a.' ELSE printf('%02d', HOUR) END, "
                 "count(*) FROM PhotoInfo GROUP BY HOUR ORDER BY HOUR IS NULL, HOUR",
                 QStringList { "Hour" } + count),
         counted("weekday", "Weekday", "Weekday", "Photos per weekday", "weekday_", "Weekday",
                 "SELECT CASE WEEKDAY WHEN 1 THEN 'Monday' WHEN 2 THEN 'Tuesday' WHEN 3 THEN "
                 "'Wednesday' WHEN 4 THEN 'Thursday' WHEN 5 THEN 'Friday' WHEN 6 THEN 'Saturday' "
-                "WHEN 7 THEN 'Sunday' ELSE 'n.a.' END AS Weekday, count(*) FROM PhotoInfo "
+                "WHEN 7 THEN 'Sunday' ELSE 'n.a.' END, count(*) FROM PhotoInfo "
                 "GROUP BY WEEKDAY ORDER BY WEEKDAY IS NULL, WEEKDAY",
                 QStringList { "Weekday" } + count),
         counted("fileType", "File Type", "File Type", "Photos per file type", "fileType_",

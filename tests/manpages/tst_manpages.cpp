@@ -106,6 +106,9 @@ void TestManPages::pageMatchesProgram_data()
                                   << QList<Run> { { { "--help" }, 0 },
                                                   { { "MISSING" }, 1 },
                                                   { {}, 2 } };
+    QTest::newRow("kelvaro-stats")
+        << QStringLiteral(KELVARO_STATS_TOOL) << QStringLiteral("kelvaro-stats.1")
+        << QList<Run> { { { "--version" }, 0 }, { { "MISSING" }, 1 }, { {}, 2 } };
 }
 
 void TestManPages::pageMatchesProgram()

@@ -1,5 +1,7 @@
 #include "scanfixtures.h"
 
+#include "statistic.h"
+
 #include "photodatabase.h"
 #include "tmyworkerobject.h"
 
@@ -15,27 +17,12 @@ namespace scantest {
 const QList<QString> allPatterns { "*.arw", "*.cr2", "*.cr3", "*.dng", "*.jpg",
                                    "*.nef", "*.raf", "*.rw2", "*.orf" };
 
-const QStringList statisticQueries {
-    "SELECT Distinct Maker, count(maker) FROM Dateien group by maker",
-    "SELECT Distinct Model, count(Model) FROM Dateien group by Maker, Model",
-    "SELECT Distinct Lens, count(Lens) FROM Dateien group by Lens",
-    "SELECT Distinct FocalLength, count(FocalLength) FROM Dateien group by FocalLength",
-    "SELECT case when FocalLength between 1 and 23 then '0001-0023' when FocalLength between 24 "
-    "and 70 then '0024-0070' when FocalLength between 71 and 200 then '0071-0200' when "
-    "FocalLength between 201 and 600 then '0201-0600' when FocalLength between 601 and 1200 then "
-    "'0601-1200' else 'Others' end as Range, count(1) as Count from Dateien group by Range",
-    "SELECT Distinct ISO, count(ISO) FROM Dateien group by ISO",
-    "SELECT case when ISO between 1 and 100 then '0001-0100' when ISO between 101 and 400 then "
-    "'0101-0400' when ISO between 401 and 1600 then '0401-1600' when ISO between 1601 and 6400 "
-    "then '1601-6400' when ISO between 6401 and 12800 then '6401-12800' else 'Others' end as "
-    "Range, count(1) as Count from Dateien group by Range",
-    "SELECT Distinct FNumber, count(FNumber) FROM Dateien group by FNumber",
-    "SELECT distinct exptime, exptimestring, count(exptime) FROM Dateien GROUP by exptime ORDER "
-    "BY exptime desc",
-    "SELECT Distinct MeteringMode, count(MeteringMode) FROM Dateien group by MeteringMode",
-    "SELECT Distinct ExposureMode, count(ExposureMode) FROM Dateien group by ExposureMode",
-    "SELECT Date FROM Dateien",
-};
+const QStringList statisticQueries = [] {
+    QStringList statements;
+    for (const Statistic &statistic : Statistics::all())
+        statements << statistic.selectStatement();
+    return statements << QStringLiteral("SELECT Date FROM Dateien");
+}();
 
 fixture::PhotoTags variedTags(int i)
 {

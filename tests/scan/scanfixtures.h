@@ -18,7 +18,8 @@ namespace scantest {
 // The nine patterns of the tool bar's file types.
 extern const QList<QString> allPatterns;
 
-// The statements the statistic charts run over the table while they are rebuilt.
+// The statements the statistic charts run over the table while they are rebuilt, and the date
+// chart's reading of every date.
 extern const QStringList statisticQueries;
 
 // Tags of photo number i: makers, models, lenses and values cycle, so that every statistic has

@@ -1,0 +1,244 @@
+#include "tst_kelvarostats.h"
+
+#include "photofixture.h"
+#include "statistic.h"
+#include "testutils.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMap>
+#include <QProcess>
+#include <QTest>
+
+namespace {
+
+struct Result
+{
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+// The library: three Canon JPEGs and a Nikon NEF in "top", a Sony JPEG in "top/sub", an
+// unreadable file that only looks like a photo.
+QString writeLibrary(const testutils::Sandbox &sandbox)
+{
+    const QString top = sandbox.makeDir("library/top");
+    const QString sub = sandbox.makeDir("library/top/sub");
+    fixture::PhotoTags canon = fixture::typicalTags();
+    canon.make = "Canon";
+    canon.model = "EOS R5";
+    canon.dateTimeOriginal = "2023:03:14 10:11:12";
+    fixture::PhotoTags nikon = canon;
+    nikon.make = "NIKON CORPORATION";
+    nikon.model = "NIKON D70";
+    nikon.dateTimeOriginal = "2021:07:03 18:00:00";
+    fixture::PhotoTags sony = canon;
+    sony.make = "SONY";
+    sony.model = "ILCE-7M3";
+    sony.dateTimeOriginal = QString();
+    bool written = true;
+    for (int i = 1; i <= 3; ++i)
+        written &=
+            fixture::writePhoto(top + QString("/IMG_%1.jpg").arg(i), fixture::Format::Jpeg, canon);
+    written &= fixture::writePhoto(top + "/DSC_1.NEF", fixture::Format::TiffLittle, nikon);
+    written &= fixture::writePhoto(sub + "/DSC_2.jpg", fixture::Format::Jpeg, sony);
+    written &= fixture::writeBytes(top + "/broken.jpg", "not a photo");
+    return written ? top : QString();
+}
+
+Result run(const testutils::Sandbox &sandbox, const QStringList &arguments)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("XDG_CONFIG_HOME", sandbox.configDir());
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(KELVARO_STATS_TOOL), arguments);
+    Result result;
+    if (process.waitForFinished(120000) && process.exitStatus() == QProcess::NormalExit)
+        result.exitCode = process.exitCode();
+    result.out = QString::fromUtf8(process.readAllStandardOutput());
+    result.err = QString::fromUtf8(process.readAllStandardError());
+    return result;
+}
+
+// The csv output's rows per statistic: "value=count".
+QMap<QString, QStringList> csvRows(const QString &csv)
+{
+    QMap<QString, QStringList> rows;
+    const QStringList lines = csv.split('\n', Qt::SkipEmptyParts);
+    for (const QString &line : lines.mid(1)) {
+        const QStringList fields = line.split(';');
+        if (fields.size() == 3)
+            rows[fields[0]] << fields[1] + "=" + fields[2];
+    }
+    return rows;
+}
+
+} // namespace
+
+void tst_KelvaroStats::csvHasEveryStatisticAndCountsEveryPhoto()
+{
+    testutils::Sandbox sandbox;
+    const QString top = writeLibrary(sandbox);
+    QVERIFY(!top.isEmpty());
+    const Result result = run(sandbox, { "--format", "csv", top });
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.err, QString());
+    QVERIFY(result.out.startsWith("statistic;value;count\n"));
+    const QMap<QString, QStringList> rows = csvRows(result.out);
+    QCOMPARE(rows.size(), Statistics::all().size());
+    for (const Statistic &statistic : Statistics::all()) {
+        int total = 0;
+        for (const QString &row : rows.value(statistic.tabTitle))
+            total += row.section('=', -1).toInt();
+        QVERIFY2(total == 5, qPrintable(statistic.tabTitle + ": " + QString::number(total)));
+    }
+    QCOMPARE(rows["Maker"], (QStringList { "Canon=3", "NIKON CORPORATION=1", "SONY=1" }));
+    QCOMPARE(rows["Date Original"], (QStringList { "2021-07-03=1", "2023-03-14=3", "n.a.=1" }));
+    QCOMPARE(rows["File Type"], (QStringList { "JPG=4", "NEF=1" }));
+    QCOMPARE(rows["Hour of Day"], (QStringList { "10=3", "18=1", "n.a.=1" }));
+    QCOMPARE(rows["Weekday"], (QStringList { "Tuesday=3", "Saturday=1", "n.a.=1" }));
+}
+
+void tst_KelvaroStats::jsonHoldsTheSameRows()
+{
+    testutils::Sandbox sandbox;
+    const QString top = writeLibrary(sandbox);
+    const Result csv = run(sandbox, { "--format", "csv", top });
+    const Result json = run(sandbox, { "--format", "json", top });
+    QCOMPARE(json.exitCode, 0);
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(json.out.toUtf8(), &error);
+    QVERIFY2(error.error == QJsonParseError::NoError, qPrintable(error.errorString()));
+    QCOMPARE(document.object().value("photos").toInt(), 5);
+    const QJsonObject statistics = document.object().value("statistics").toObject();
+    QMap<QString, QStringList> fromJson;
+    for (auto it = statistics.begin(); it != statistics.end(); ++it) {
+        for (const QJsonValue &row : it.value().toArray())
+            fromJson[it.key()] << row.toObject().value("value").toString() + "="
+                    + QString::number(row.toObject().value("count").toInt());
+    }
+    QCOMPARE(fromJson, csvRows(csv.out));
+}
+
+void tst_KelvaroStats::textShowsEveryTitle()
+{
+    testutils::Sandbox sandbox;
+    const QString top = writeLibrary(sandbox);
+    const Result result = run(sandbox, { top });
+    QCOMPARE(result.exitCode, 0);
+    QVERIFY(result.out.startsWith("Photos: 5\n"));
+    for (const Statistic &statistic : Statistics::all())
+        QVERIFY2(result.out.contains("\n" + statistic.tabTitle + "\n"),
+                 qPrintable(statistic.tabTitle));
+    // Counts are right-aligned under their header.
+    // Values padded to the longest ("NIKON CORPORATION"), counts right-aligned under "Count".
+    const QString maker = "\nMaker\n" + QString("Value").leftJustified(17) + "  Count\n"
+        + QString("Canon").leftJustified(17) + "      3\n";
+    QVERIFY2(result.out.contains(maker), qPrintable(result.out));
+}
+
+void tst_KelvaroStats::namedStatisticsOnly()
+{
+    testutils::Sandbox sandbox;
+    const QString top = writeLibrary(sandbox);
+    const Result result = run(
+        sandbox, { "--format", "csv", "--statistic", "file type", "--statistic", "Maker", top });
+    QCOMPARE(result.exitCode, 0);
+    // In the order the statistics are named.
+    QCOMPARE(result.out,
+             QString("statistic;value;count\nFile Type;JPG;4\nFile Type;NEF;1\nMaker;Canon;3\n"
+                     "Maker;NIKON CORPORATION;1\nMaker;SONY;1\n"));
+}
+
+void tst_KelvaroStats::typesAndSubdirectories_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("makers");
+
+    QTest::newRow("every type, subdirectories")
+        << QStringList {} << "Canon=3 NIKON CORPORATION=1 SONY=1";
+    QTest::newRow("no subdirectories")
+        << QStringList { "--no-subdirectories" } << "Canon=3 NIKON CORPORATION=1";
+    QTest::newRow("NEF only, in capitals")
+        << QStringList { "--type", "NEF" } << "NIKON CORPORATION=1";
+    QTest::newRow("jpg only, no subdirectories")
+        << QStringList { "--type", "jpg", "--no-subdirectories" } << "Canon=3";
+    QTest::newRow("two types") << QStringList { "--type", "nef", "--type", "JPG" }
+                               << "Canon=3 NIKON CORPORATION=1 SONY=1";
+    QTest::newRow("a type the library lacks") << QStringList { "--type", "cr3" } << "";
+}
+
+void tst_KelvaroStats::typesAndSubdirectories()
+{
+    QFETCH(QStringList, options);
+    QFETCH(QString, makers);
+    testutils::Sandbox sandbox;
+    const QString top = writeLibrary(sandbox);
+    const Result result = run(sandbox,
+                              QStringList { "--format", "csv", "--statistic", "Maker" } + options
+                                  + QStringList { top });
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(csvRows(result.out).value("Maker").join(' '), makers);
+}
+
+void tst_KelvaroStats::storedExclusionsApply()
+{
+    testutils::Sandbox sandbox;
+    const QString top = writeLibrary(sandbox);
+    {
+        QSettings store(QSettings::IniFormat, QSettings::UserScope, "Kelvaro", "Kelvaro");
+        store.setValue("OtherSettings/makerExcludes", QStringList { "SONY" });
+        store.setValue("OtherSettings/focalLength35Groups", QStringList { "1-1000" });
+    }
+    const Result result = run(sandbox, { "--format", "csv", "--statistic", "Maker", top });
+    QCOMPARE(csvRows(result.out).value("Maker").join(' '), QString("Canon=3 NIKON CORPORATION=1"));
+}
+
+void tst_KelvaroStats::usageErrors_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("message");
+
+    QTest::newRow("no directory") << QStringList {} << "no directory given";
+    QTest::newRow("unknown option") << QStringList { "--bogus", "." } << "unknown option --bogus";
+    QTest::newRow("unknown format")
+        << QStringList { "--format", "xml", "." } << "unknown format \"xml\"";
+    QTest::newRow("format without value") << QStringList { "--format" } << "--format needs";
+    QTest::newRow("unknown statistic")
+        << QStringList { "--statistic", "Colour", "." } << "unknown statistic \"Colour\"";
+    QTest::newRow("type without value") << QStringList { ".", "--type" } << "--type needs";
+    QTest::newRow("type with a wildcard")
+        << QStringList { "--type", "*.jpg", "." } << "--type needs";
+}
+
+void tst_KelvaroStats::usageErrors()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, message);
+    testutils::Sandbox sandbox;
+    const Result result = run(sandbox, arguments);
+    QCOMPARE(result.exitCode, 2);
+    QCOMPARE(result.out, QString());
+    QVERIFY2(result.err.startsWith("kelvaro-stats: " + message), qPrintable(result.err));
+    QVERIFY(result.err.contains("Usage: kelvaro-stats"));
+}
+
+void tst_KelvaroStats::missingDirectoryIsNamedAndTheRestScanned()
+{
+    testutils::Sandbox sandbox;
+    const QString top = writeLibrary(sandbox);
+    const QString missing = sandbox.filePath("gone");
+    const QString file = top + "/IMG_1.jpg";
+    const Result result =
+        run(sandbox, { "--format", "csv", "--statistic", "Maker", missing, file, top });
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(result.err,
+             QString("kelvaro-stats: %1: No such file or directory\n"
+                     "kelvaro-stats: %2: Not a directory\n")
+                 .arg(missing, file));
+    QCOMPARE(csvRows(result.out).value("Maker").join(' '),
+             QString("Canon=3 NIKON CORPORATION=1 SONY=1"));
+}

@@ -1,0 +1,13 @@
+#include "testrunner.h"
+#include "tst_kelvarostats.h"
+#include "tst_statistics.h"
+
+#include <QCoreApplication>
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    tst_Statistics statistics;
+    tst_KelvaroStats program;
+    return testutils::runTestObjects(app.arguments(), { &statistics, &program });
+}

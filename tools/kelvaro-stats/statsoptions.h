@@ -1,0 +1,34 @@
+#pragma once
+
+#include "statistic.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+// What the command line asks for.
+struct StatsOptions
+{
+    enum class Format { Text, Csv, Json };
+
+    Format format = Format::Text;
+    QList<const Statistic *> statistics; // every statistic when none is named
+    QStringList patterns; // the file types' name patterns
+    bool includeSubDirs = true;
+    QStringList directories;
+};
+
+// Reads the arguments (without the program's name). False with a message for the user on bad
+// usage; --help and --version are answered by the caller through `answer`.
+struct ParsedOptions
+{
+    enum class Outcome { Run, Help, Version, UsageError };
+    Outcome outcome = Outcome::Run;
+    StatsOptions options;
+    QString message; // the usage error
+};
+
+ParsedOptions parseStatsOptions(const QStringList &arguments);
+
+// The text of --help.
+QString statsUsage();
