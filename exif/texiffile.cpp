@@ -314,6 +314,9 @@ const TagField tagFields[] = {
     { 0xA002, &T::ExifImageWidth },
     { 0xA003, &T::ExifImageHeight },
     { 0xA005, &T::InteropOffset }, // the interoperability directory is not walked
+    { 0xA20E, Ratio { &T::FocalPlaneXResolutionNumerator, &T::FocalPlaneXResolutionDenominator } },
+    { 0xA20F, Ratio { &T::FocalPlaneYResolutionNumerator, &T::FocalPlaneYResolutionDenominator } },
+    { 0xA210, &T::FocalPlaneResolutionUnit },
     { 0xA300, &T::FileSource },
     { 0xA301, &T::SceneType },
     { 0xA401, &T::CustomRendered },

@@ -122,6 +122,12 @@ public:
 
     // Values that follow from several tags.
     double composite_ScaleFactor35() const;
+    // The 35 mm crop factor (1.5, 1.6, 2.0 ...): the 35 mm focal length over the focal length,
+    // else from the sensor's size (image size over focal-plane resolution); 0.0 when unknown.
+    double composite_CropFactor35() const;
+    // The 35 mm-equivalent focal length in mm: tag 0xA405, else the focal length times the crop
+    // factor; 0.0 when unknown, never a guess.
+    double composite_FocalLength35efl() const;
     double composite_CircleOfConfusion() const;
     QString composite_CircleOfConfusionAsString() const;
     double composite_HyperfocalDistance() const;
@@ -225,6 +231,13 @@ public:
     quint32 ExifImageWidth = 0;
     quint32 ExifImageHeight = 0;
     quint32 InteropOffset = 0;
+    // Pixels per unit of the sensor's plane; the unit: 1 none (read as inches), 2 inch, 3 cm,
+    // 4 mm, 5 µm.
+    quint32 FocalPlaneXResolutionNumerator = 0;
+    quint32 FocalPlaneXResolutionDenominator = 0;
+    quint32 FocalPlaneYResolutionNumerator = 0;
+    quint32 FocalPlaneYResolutionDenominator = 0;
+    quint16 FocalPlaneResolutionUnit = 0;
     quint32 FileSource = 0;
     quint32 SceneType = 0;
     quint16 CustomRendered = 0;

@@ -437,6 +437,72 @@ double TExifFile::composite_ScaleFactor35() const
     return exif_0x920A_FocalLengthAsReal() / FocalLengthIn35mmFormat;
 }
 
+namespace {
+
+// Crop factors outside these bounds come from damaged or nonsensical tags, not from a sensor.
+constexpr double minCropFactor = 0.1;
+constexpr double maxCropFactor = 20.0;
+// The diagonal of the 36 x 24 mm frame.
+constexpr double fullFrameDiagonalMm = 43.2666;
+
+// Millimetres per unit of FocalPlaneResolutionUnit; 0 for an unknown unit.
+double millimetresPerUnit(quint16 unit)
+{
+    switch (unit) {
+    case 1: // no unit: cameras that write it mean inches
+    case 2:
+        return 25.4;
+    case 3:
+        return 10.0;
+    case 4:
+        return 1.0;
+    case 5:
+        return 0.001;
+    default:
+        return 0.0;
+    }
+}
+
+double plausibleCrop(double crop)
+{
+    return std::isfinite(crop) && crop >= minCropFactor && crop <= maxCropFactor ? crop : 0.0;
+}
+
+} // namespace
+
+//   sensor width  = ExifImageWidth  / FocalPlaneXResolution  (in the unit)
+//   sensor height = ExifImageHeight / FocalPlaneYResolution
+//   crop          = 43.27 mm / diagonal of the sensor in mm
+double TExifFile::composite_CropFactor35() const
+{
+    const double focalLength = exif_0x920A_FocalLengthAsReal();
+    if (FocalLengthIn35mmFormat > 0 && focalLength > 0)
+        return plausibleCrop(FocalLengthIn35mmFormat / focalLength);
+    const double unit = millimetresPerUnit(FocalPlaneResolutionUnit);
+    if (unit == 0 || ExifImageWidth == 0 || ExifImageHeight == 0
+        || FocalPlaneXResolutionNumerator == 0 || FocalPlaneXResolutionDenominator == 0
+        || FocalPlaneYResolutionNumerator == 0 || FocalPlaneYResolutionDenominator == 0)
+        return 0.0;
+    const double xPerUnit =
+        double(FocalPlaneXResolutionNumerator) / FocalPlaneXResolutionDenominator;
+    const double yPerUnit =
+        double(FocalPlaneYResolutionNumerator) / FocalPlaneYResolutionDenominator;
+    const double widthMm = ExifImageWidth / xPerUnit * unit;
+    const double heightMm = ExifImageHeight / yPerUnit * unit;
+    return plausibleCrop(fullFrameDiagonalMm / std::hypot(widthMm, heightMm));
+}
+
+double TExifFile::composite_FocalLength35efl() const
+{
+    if (FocalLengthIn35mmFormat > 0)
+        return FocalLengthIn35mmFormat;
+    const double focalLength = exif_0x920A_FocalLengthAsReal();
+    const double crop = composite_CropFactor35();
+    if (!std::isfinite(focalLength) || focalLength <= 0 || crop == 0)
+        return 0.0;
+    return focalLength * crop;
+}
+
 // 43.267 mm is the diagonal of the 35 mm frame, 1440 the divisor of the diagonal.
 double TExifFile::composite_CircleOfConfusion() const
 {

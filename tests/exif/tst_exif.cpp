@@ -9,6 +9,7 @@
 #include "samplestest.h"
 #include "tagcatalogue_test.h"
 #include "tooltest.h"
+#include "tst_exif35mm.h"
 #include "valuestest.h"
 
 #include "testrunner.h"
@@ -28,7 +29,9 @@ int main(int argc, char *argv[])
     HeifSamplesTest heifSamples;
     ToolTest tool;
     FuzzCorpusTest fuzzCorpus;
+    tst_Exif35mm exif35mm;
     return testutils::runTestObjects(app.arguments(),
                                      { &reader, &hostileLayouts, &heifReader, &values, &codeTables,
-                                       &tagCatalogue, &samples, &heifSamples, &tool, &fuzzCorpus });
+                                       &tagCatalogue, &samples, &heifSamples, &tool, &fuzzCorpus,
+                                       &exif35mm });
 }
