@@ -186,6 +186,13 @@ void TestChartCommands::dialogTitlePerChart_data()
                              << "Settings for 'Metering Mode' Chart";
     QTest::newRow("ExpMode") << "chartViewExposureMode" << 10
                              << "Settings for 'Exposure Mode' Chart";
+    QTest::newRow("FocLen35") << "chartViewFocalLength35" << 11
+                              << "Settings for 'Focal Length 35mm' Chart";
+    QTest::newRow("FocLen35G") << "chartViewFocalLength35G" << 12
+                               << "Settings for 'Focal Length 35mm Grouped' Chart";
+    QTest::newRow("Hour") << "chartViewHourOfDay" << 13 << "Settings for 'Hour of Day' Chart";
+    QTest::newRow("Weekday") << "chartViewWeekday" << 14 << "Settings for 'Weekday' Chart";
+    QTest::newRow("FileType") << "chartViewFileType" << 15 << "Settings for 'File Type' Chart";
 }
 
 void TestChartCommands::dialogTitlePerChart()
@@ -285,6 +292,10 @@ void TestChartCommands::copyChartToClipboard_data()
     // Without OpenGL there is no 3-D graph to render (the real rendering is tested under Xvfb).
     QTest::newRow("date tab without OpenGL: empty image") << 11 << "";
     QTest::newRow("raw-data tab: empty image, message all the same") << 12 << "";
+    const QStringList added { "chartViewFocalLength35", "chartViewFocalLength35G",
+                              "chartViewHourOfDay", "chartViewWeekday", "chartViewFileType" };
+    for (int i = 0; i < added.size(); ++i)
+        QTest::addRow("tab %d grabs %s", 13 + i, qPrintable(added.at(i))) << 13 + i << added.at(i);
 }
 
 void TestChartCommands::copyChartToClipboard()
