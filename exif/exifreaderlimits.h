@@ -43,4 +43,10 @@ constexpr int maxHeifExtents = 256;
 // maker notes and a preview stays below 256 KiB.
 constexpr qint64 maxHeifExifItemSize = 1024 * 1024;
 
+// Crop factors believed, from a file's 35 mm focal length or from its focal plane: beyond them a
+// value is nonsense, not a camera. A 645 digital back is about 0.6, a phone's or a compact's
+// smallest sensor about 8.
+constexpr double minCropFactor = 0.1;
+constexpr double maxCropFactor = 20.0;
+
 } // namespace exiflimits

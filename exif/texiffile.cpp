@@ -239,7 +239,7 @@ void TExifFile::walkDirectory(int depth)
         const quint32 n = stream.readU32();
         lastEntryLength = valueLength(type, n, lastEntryLength);
         qCDebug(lcExifEntries).noquote() << entryDescription(tag, type, n, lastEntryLength);
-        readEntry(tag, n, depth);
+        readEntry(tag, type, n, depth);
         // Every entry is 12 bytes, whatever its value read: an array longer than its value
         // field never shifts the entries that follow.
         stream.seek(entryPos + 12);
@@ -249,18 +249,23 @@ void TExifFile::walkDirectory(int depth)
 
 namespace {
 
-// The tags whose value field is read in one of five plain ways; the member's type says which:
+// The tags whose value field is read in one of six plain ways; the member's type says which:
 // a 16-bit value inline, a 32-bit value inline, a text at the offset, a rational or a signed
-// rational at the offset. Sorted by tag.
+// rational at the offset, or a size inline that the entry's type says is 16 or 32 bits wide.
+// Sorted by tag.
 using U16 = quint16 TExifFile::*;
 using U32 = quint32 TExifFile::*;
 using Text = QString TExifFile::*;
 using Ratio = std::pair<U32, U32>;
 using SRatio = std::pair<qint32 TExifFile::*, qint32 TExifFile::*>;
+struct ShortOrLong
+{
+    U32 member;
+};
 struct TagField
 {
     quint16 tag;
-    std::variant<U16, U32, Text, Ratio, SRatio> field;
+    std::variant<U16, U32, Text, Ratio, SRatio, ShortOrLong> field;
 };
 
 using T = TExifFile;
@@ -311,8 +316,8 @@ const TagField tagFields[] = {
     { 0x9209, &T::Flash },
     { 0x920A, Ratio { &T::FocalLengthNumerator, &T::FocalLengthDenominator } },
     { 0xA001, &T::ColorSpace },
-    { 0xA002, &T::ExifImageWidth },
-    { 0xA003, &T::ExifImageHeight },
+    { 0xA002, ShortOrLong { &T::ExifImageWidth } },
+    { 0xA003, ShortOrLong { &T::ExifImageHeight } },
     { 0xA005, &T::InteropOffset }, // the interoperability directory is not walked
     { 0xA20E, Ratio { &T::FocalPlaneXResolutionNumerator, &T::FocalPlaneXResolutionDenominator } },
     { 0xA20F, Ratio { &T::FocalPlaneYResolutionNumerator, &T::FocalPlaneYResolutionDenominator } },
@@ -345,8 +350,9 @@ const TagField *findTagField(quint16 tag)
 
 } // namespace
 
-// The value field, read as the tag says, whatever type the entry states.
-void TExifFile::readEntry(quint16 tag, quint32 count, int depth)
+// The value field, read as the tag says, whatever type the entry states; only the image size
+// follows the type, since cameras write it as SHORT or as LONG.
+void TExifFile::readEntry(quint16 tag, quint16 type, quint32 count, int depth)
 {
     const auto at = [this] { return tiffBase + stream.readU32(); };
     if (const TagField *rule = findTagField(tag)) {
@@ -361,6 +367,8 @@ void TExifFile::readEntry(quint16 tag, quint32 count, int depth)
             readIFDRationalEntry(at(), this->*(ratio->first), this->*(ratio->second));
         else if (const auto *sratio = std::get_if<SRatio>(&field))
             readIFDRationalSEntry(at(), this->*(sratio->first), this->*(sratio->second));
+        else if (const auto *size = std::get_if<ShortOrLong>(&field))
+            this->*(size->member) = type == 3 ? stream.readU16() : stream.readU32();
         return;
     }
     const auto characters = [this] {

@@ -122,11 +122,9 @@ public:
 
     // Values that follow from several tags.
     double composite_ScaleFactor35() const;
-    // The 35 mm crop factor (1.5, 1.6, 2.0 ...): the 35 mm focal length over the focal length,
-    // else from the sensor's size (image size over focal-plane resolution); 0.0 when unknown.
+    // 35 mm crop factor (1.5 for APS-C, 2.0 for Four Thirds) and the 35 mm-equivalent focal
+    // length in mm; 0.0 when the file doesn't tell.
     double composite_CropFactor35() const;
-    // The 35 mm-equivalent focal length in mm: tag 0xA405, else the focal length times the crop
-    // factor; 0.0 when unknown, never a guess.
     double composite_FocalLength35efl() const;
     double composite_CircleOfConfusion() const;
     QString composite_CircleOfConfusionAsString() const;
@@ -228,16 +226,15 @@ public:
     quint32 FocalLengthNumerator = 0;
     quint32 FocalLengthDenominator = 0;
     quint16 ColorSpace = 0;
-    quint32 ExifImageWidth = 0;
+    quint32 ExifImageWidth = 0; // SHORT or LONG, as the entry's type says
     quint32 ExifImageHeight = 0;
     quint32 InteropOffset = 0;
-    // Pixels per unit of the sensor's plane; the unit: 1 none (read as inches), 2 inch, 3 cm,
-    // 4 mm, 5 µm.
+    // Pixels of ExifImageWidth and -Height per FocalPlaneResolutionUnit on the sensor.
     quint32 FocalPlaneXResolutionNumerator = 0;
     quint32 FocalPlaneXResolutionDenominator = 0;
     quint32 FocalPlaneYResolutionNumerator = 0;
     quint32 FocalPlaneYResolutionDenominator = 0;
-    quint16 FocalPlaneResolutionUnit = 0;
+    quint16 FocalPlaneResolutionUnit = 0; // 1 none, 2 inch, 3 cm, 4 mm, 5 µm
     quint32 FileSource = 0;
     quint32 SceneType = 0;
     quint16 CustomRendered = 0;
@@ -289,7 +286,7 @@ private:
     bool readHeif();
     void walkChain();
     void walkDirectory(int depth);
-    void readEntry(quint16 tag, quint32 count, int depth);
+    void readEntry(quint16 tag, quint16 type, quint32 count, int depth);
     bool enterDirectory(qint64 position);
     int passEntriesPastEnd(int left);
     void readU32ArrayAt(qint64 position, quint32 *values, quint32 count, int capacity);

@@ -2,6 +2,7 @@
 // the directory walk filled. None of them reads the file or changes state.
 #include "texiffile.h"
 
+#include "exifreaderlimits.h"
 #include "exifvaluetables.h"
 
 #include <cmath>
@@ -439,17 +440,12 @@ double TExifFile::composite_ScaleFactor35() const
 
 namespace {
 
-// Crop factors outside these bounds come from damaged or nonsensical tags, not from a sensor.
-constexpr double minCropFactor = 0.1;
-constexpr double maxCropFactor = 20.0;
-// The diagonal of the 36 x 24 mm frame.
-constexpr double fullFrameDiagonalMm = 43.2666;
-
-// Millimetres per unit of FocalPlaneResolutionUnit; 0 for an unknown unit.
+// Millimetres per FocalPlaneResolutionUnit; 1 (no unit) counts as inches, as ExifTool counts it.
+// 0 (the tag is absent) and unknown codes give 0: no unit is assumed.
 double millimetresPerUnit(quint16 unit)
 {
     switch (unit) {
-    case 1: // no unit: cameras that write it mean inches
+    case 1:
     case 2:
         return 25.4;
     case 3:
@@ -463,44 +459,54 @@ double millimetresPerUnit(quint16 unit)
     }
 }
 
-double plausibleCrop(double crop)
+// One side of the sensor in mm: pixels over pixels per unit. In doubles, so that no denominator
+// can overflow the product; 0 when a part is missing.
+double sensorSide(quint32 pixels, quint32 numerator, quint32 denominator, double unit)
 {
-    return std::isfinite(crop) && crop >= minCropFactor && crop <= maxCropFactor ? crop : 0.0;
+    if (pixels == 0 || numerator == 0 || denominator == 0)
+        return 0.0;
+    return double(pixels) * double(denominator) / double(numerator) * unit;
+}
+
+// The crop factor if it is one a camera can have, else 0; NaN and infinity fail the comparison.
+double believable(double crop)
+{
+    return crop >= exiflimits::minCropFactor && crop <= exiflimits::maxCropFactor ? crop : 0.0;
 }
 
 } // namespace
 
-//   sensor width  = ExifImageWidth  / FocalPlaneXResolution  (in the unit)
-//   sensor height = ExifImageHeight / FocalPlaneYResolution
-//   crop          = 43.27 mm / diagonal of the sensor in mm
+// How much smaller the sensor is than the 36 x 24 mm frame, by diagonal:
+//
+//   FocalLengthIn35mmFormat / FocalLength        when the file states both, else
+//   hypot(36, 24) / hypot(w, h)                   w = ExifImageWidth  / FocalPlaneXResolution
+//                                                 h = ExifImageHeight / FocalPlaneYResolution
+//                                                 in the resolution's unit, as mm.
+//
+// The focal plane resolution counts the sensor's pixels: a camera that scales the image down
+// and keeps the full sensor's resolution makes the sensor look that much smaller.
 double TExifFile::composite_CropFactor35() const
 {
     const double focalLength = exif_0x920A_FocalLengthAsReal();
-    if (FocalLengthIn35mmFormat > 0 && focalLength > 0)
-        return plausibleCrop(FocalLengthIn35mmFormat / focalLength);
+    if (FocalLengthIn35mmFormat != 0 && focalLength > 0)
+        return believable(FocalLengthIn35mmFormat / focalLength);
     const double unit = millimetresPerUnit(FocalPlaneResolutionUnit);
-    if (unit == 0 || ExifImageWidth == 0 || ExifImageHeight == 0
-        || FocalPlaneXResolutionNumerator == 0 || FocalPlaneXResolutionDenominator == 0
-        || FocalPlaneYResolutionNumerator == 0 || FocalPlaneYResolutionDenominator == 0)
+    const double width = sensorSide(ExifImageWidth, FocalPlaneXResolutionNumerator,
+                                    FocalPlaneXResolutionDenominator, unit);
+    const double height = sensorSide(ExifImageHeight, FocalPlaneYResolutionNumerator,
+                                     FocalPlaneYResolutionDenominator, unit);
+    if (width <= 0 || height <= 0)
         return 0.0;
-    const double xPerUnit =
-        double(FocalPlaneXResolutionNumerator) / FocalPlaneXResolutionDenominator;
-    const double yPerUnit =
-        double(FocalPlaneYResolutionNumerator) / FocalPlaneYResolutionDenominator;
-    const double widthMm = ExifImageWidth / xPerUnit * unit;
-    const double heightMm = ExifImageHeight / yPerUnit * unit;
-    return plausibleCrop(fullFrameDiagonalMm / std::hypot(widthMm, heightMm));
+    return believable(std::hypot(36.0, 24.0) / std::hypot(width, height));
 }
 
+// The file's own 35 mm focal length wins; else the focal length scaled by the crop factor, or 0
+// when either is unknown.
 double TExifFile::composite_FocalLength35efl() const
 {
-    if (FocalLengthIn35mmFormat > 0)
+    if (FocalLengthIn35mmFormat != 0)
         return FocalLengthIn35mmFormat;
-    const double focalLength = exif_0x920A_FocalLengthAsReal();
-    const double crop = composite_CropFactor35();
-    if (!std::isfinite(focalLength) || focalLength <= 0 || crop == 0)
-        return 0.0;
-    return focalLength * crop;
+    return exif_0x920A_FocalLengthAsReal() * composite_CropFactor35();
 }
 
 // 43.267 mm is the diagonal of the 35 mm frame, 1440 the divisor of the diagonal.

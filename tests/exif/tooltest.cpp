@@ -3,6 +3,8 @@
 #include "exiftagcatalogue.h"
 #include "exiftestsupport.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 
 namespace {
@@ -67,6 +69,11 @@ void ToolTest::printsWhatTheScanStores_data()
         << QStringList() << 2 << QStringList() << "Usage: kelvaro-exif";
     QTest::newRow("unknown option: usage error")
         << QStringList { "--bogus", "a.jpg" } << 2 << QStringList() << "Usage: kelvaro-exif";
+    QTest::newRow("--json without a file: usage error")
+        << QStringList { "--json" } << 2 << QStringList() << "Usage: kelvaro-exif";
+    QTest::newRow("--json with --entries: usage error")
+        << QStringList { "--json", "--entries", "a.jpg" } << 2 << QStringList()
+        << "--entries and --json exclude each other";
 }
 
 void ToolTest::printsWhatTheScanStores()
@@ -127,4 +134,118 @@ void ToolTest::entriesComeBeforeTheFileLine()
         QStringLiteral("p.tif;n.a.;Pentax;n.a.;n.a.;0;200;0.0;0;n.a;n.a;not defined")
     };
     QCOMPARE(run.lines, expected);
+}
+
+namespace {
+
+// The keys of every --json line, recognised or not.
+const QStringList jsonKeys = { "date",    "exposureMode", "exposureTime", "exposureTimeText",
+                               "fNumber", "file",         "focalLength",  "focalLength35",
+                               "iso",     "lens",         "maker",        "meteringMode",
+                               "model",   "recognised" };
+
+QJsonObject notRecognised(const QString &name)
+{
+    QJsonObject object;
+    for (const QString &key : jsonKeys)
+        object.insert(key, QJsonValue::Null);
+    object.insert("file", name);
+    object.insert("recognised", false);
+    return object;
+}
+
+QString jsonText(const QJsonValue &value)
+{
+    return QString::fromUtf8(
+        QJsonDocument(QJsonObject { { "v", value } }).toJson(QJsonDocument::Compact));
+}
+
+} // namespace
+
+void ToolTest::jsonGivesWhatTheScanStores_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitCode");
+    // One object per file, in order; "file" holds the name, which the test makes a path.
+    QTest::addColumn<QList<QJsonObject>>("objects");
+    const QJsonObject typical { { "file", "a.jpg" },
+                                { "recognised", true },
+                                { "date", "2023:07:14 18:30:05" },
+                                { "maker", "Canon" },
+                                { "model", "Canon EOS 5D Mark IV" },
+                                { "lens", "EF24-70mm f/2.8L II USM" },
+                                { "focalLength", 50 },
+                                { "focalLength35", 50 },
+                                { "iso", 400 },
+                                { "fNumber", 2.8 },
+                                { "exposureTime", 0.004 },
+                                { "exposureTimeText", "1/250" },
+                                { "meteringMode", "Matrix" },
+                                { "exposureMode", "Av [Aperture-priority]" } };
+    QJsonObject apsC = typical;
+    apsC.insert("file", "apsc.jpg");
+    apsC.insert("focalLength35", 75);
+    const QJsonObject bare { { "file", "bare.tif" },
+                             { "recognised", true },
+                             { "date", "n.a." },
+                             { "maker", "Nikon" },
+                             { "model", "n.a." },
+                             { "lens", "n.a." },
+                             { "focalLength", 0 },
+                             { "focalLength35", QJsonValue::Null },
+                             { "iso", 0 },
+                             { "fNumber", 0 },
+                             { "exposureTime", 0 },
+                             { "exposureTimeText", "n.a" },
+                             { "meteringMode", "n.a" },
+                             { "exposureMode", "not defined" } };
+    QTest::newRow("a recognised JPEG")
+        << QStringList { "--json", "a.jpg" } << 0 << QList<QJsonObject> { typical };
+    QTest::newRow("35 mm focal length apart from the focal length")
+        << QStringList { "--json", "apsc.jpg" } << 0 << QList<QJsonObject> { apsC };
+    QTest::newRow("unknown 35 mm focal length is null")
+        << QStringList { "bare.tif", "--json" } << 0 << QList<QJsonObject> { bare };
+    QTest::newRow("a rejected and a missing file beside a recognised one")
+        << QStringList { "--json", "a.jpg", "x.png", "missing.jpg" } << 1
+        << QList<QJsonObject> { typical, notRecognised("x.png"), notRecognised("missing.jpg") };
+}
+
+void ToolTest::jsonGivesWhatTheScanStores()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitCode);
+    QFETCH(QList<QJsonObject>, objects);
+    testutils::Sandbox sandbox;
+    const fixture::PhotoTags typical = fixture::typicalTags();
+    QVERIFY(fixture::writePhoto(sandbox.filePath("a.jpg"), fixture::Format::Jpeg, typical));
+    fixture::PhotoTags apsC = typical;
+    apsC.focalLengthIn35mm = 75;
+    QVERIFY(fixture::writePhoto(sandbox.filePath("apsc.jpg"), fixture::Format::Jpeg, apsC));
+    fixture::PhotoTags bare;
+    bare.make = QStringLiteral("Nikon");
+    QVERIFY(fixture::writePhoto(sandbox.filePath("bare.tif"), fixture::Format::TiffBig, bare));
+    QVERIFY(fixture::writeBytes(sandbox.filePath("x.png"), QByteArray::fromHex("89504E47")));
+
+    for (QString &argument : arguments) {
+        if (!argument.startsWith(u'-'))
+            argument = sandbox.filePath(argument);
+    }
+    const ToolRun run = runTool(arguments);
+    QCOMPARE(run.exitCode, exitCode);
+    QCOMPARE(run.lines.size(), objects.size());
+    for (qsizetype i = 0; i < objects.size(); ++i) {
+        QJsonParseError error;
+        const QJsonDocument line = QJsonDocument::fromJson(run.lines[i].toUtf8(), &error);
+        QVERIFY2(error.error == QJsonParseError::NoError && line.isObject(),
+                 qPrintable(run.lines[i]));
+        const QJsonObject actual = line.object();
+        QJsonObject expected = objects[i];
+        expected.insert("file", sandbox.filePath(expected.value("file").toString()));
+        QCOMPARE(actual.keys(), jsonKeys); // keys() is sorted
+        for (const QString &key : jsonKeys)
+            QVERIFY2(actual.value(key) == expected.value(key),
+                     qPrintable(QStringLiteral("%1: %2, expected %3")
+                                    .arg(key, jsonText(actual.value(key)),
+                                         jsonText(expected.value(key)))));
+    }
 }

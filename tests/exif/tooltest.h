@@ -11,4 +11,6 @@ private slots:
     void printsWhatTheScanStores_data();
     void printsWhatTheScanStores();
     void entriesComeBeforeTheFileLine();
+    void jsonGivesWhatTheScanStores_data();
+    void jsonGivesWhatTheScanStores();
 };

@@ -1,15 +1,38 @@
 #pragma once
 
+#include <QMap>
 #include <QObject>
+#include <QStringList>
 
-// The 35 mm crop factor and equivalent focal length: from tag 0xA405, from the focal plane's
-// resolution and the image size in every unit, and unknown wherever the tags do not tell.
+// The focal plane tags, the 35 mm crop factor and the 35 mm-equivalent focal length: fixture files
+// for each way a file states them (or states nonsense), and the real camera files compared with
+// ExifTool's FocalLength35efl. The real-file comparisons are skipped when their folder is absent.
 class tst_Exif35mm : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void cropAndEquivalent_data();
-    void cropAndEquivalent();
+    void initTestCase();
+    void focalPlaneTagsAreRead_data();
     void focalPlaneTagsAreRead();
+    void cropFactorAndEquivalentFocalLength_data();
+    void cropFactorAndEquivalentFocalLength();
+    void sampleAgreesWithExifTool_data();
+    void sampleAgreesWithExifTool();
+    void heifSampleAgreesWithExifTool_data();
+    void heifSampleAgreesWithExifTool();
+    void cleanupTestCase();
+
+private:
+    void compareWithExifTool(const QString &folder);
+
+    // Per shared folder: the files for which ExifTool gives a 35 mm focal length, how many of
+    // ours agree, and what the others say.
+    struct Tally
+    {
+        int compared = 0;
+        int agreeing = 0;
+        QStringList disagreeing;
+    };
+    QMap<QString, Tally> tallies;
 };
