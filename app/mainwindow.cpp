@@ -2,6 +2,7 @@
 #include "ui_mainwindow.h"
 
 #include "tdialogabout.h"
+#include "updatesite.h"
 
 #include <QCloseEvent>
 #include <QComboBox>
@@ -205,7 +206,7 @@ void MainWindow::on_actionQuit_triggered()
 
 void MainWindow::on_actionAbout_Kelvaro_triggered()
 {
-    TDialogAbout about(nullptr);
+    TDialogAbout about(UpdateSite::host(), nullptr);
     about.exec();
 }
 

@@ -12,6 +12,7 @@ int runSettingsStoreTests(int argc, char **argv);
 int runScanControlTests(int argc, char **argv);
 int runChartCommandTests(int argc, char **argv);
 int runGlobalSettingsTests(int argc, char **argv);
+int runUpdateOfferTests(int argc, char **argv);
 
 int main(int argc, char **argv)
 {
@@ -26,7 +27,8 @@ int main(int argc, char **argv)
                     { "TestSettingsStore", runSettingsStoreTests },
                     { "TestScanControl", runScanControlTests },
                     { "TestChartCommands", runChartCommandTests },
-                    { "TestGlobalSettings", runGlobalSettingsTests } };
+                    { "TestGlobalSettings", runGlobalSettingsTests },
+                    { "tst_UpdateOffer", runUpdateOfferTests } };
 
     if (argc > 1) {
         for (const auto &testClass : classes) {

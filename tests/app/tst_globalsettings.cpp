@@ -8,6 +8,7 @@
 #include "tdialogglobalsettings.h"
 #include "testutils.h"
 #include "tobjectfiledownloader.h"
+#include "twidgetscrollingtext.h"
 #include "updatesite.h"
 #include "urlcatcher.h"
 
@@ -295,15 +296,23 @@ void TestGlobalSettings::aboutKelvaro()
     window = std::make_unique<MainWindow>();
     QString title;
     QObject *parent = this;
+    QList<QString> lines;
     NextModal about(isA<TDialogAbout>(), [&](QWidget *widget) {
         title = widget->windowTitle();
         parent = widget->parent();
+        if (auto *scroller = widget->findChild<TWidgetScrollingText *>("scrollWidget"))
+            lines = scroller->text();
         static_cast<QDialog *>(widget)->accept();
     });
     window->findChild<QAction *>("actionAbout_Kelvaro")->trigger();
     QVERIFY(about.answered());
     QCOMPARE(title, QString("About Kelvaro"));
     QCOMPARE(parent, nullptr);
+    // The web and mail lines point at the host the update check asks.
+    const QString host = UpdateSite::host();
+    QVERIFY2(!host.isEmpty(), "no update host compiled in");
+    QCOMPARE(lines.value(4), "https://" + host);
+    QCOMPARE(lines.value(8), "mailto:info@" + host);
     QVERIFY2(window->findChildren<TDialogAbout *>().isEmpty(), "a local dialog, gone again");
 }
 
