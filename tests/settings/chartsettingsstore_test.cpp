@@ -1,4 +1,5 @@
 #include "chartsettingsstore_test.h"
+#include "chartsettingsfields.h"
 #include "chartsettingsstore.h"
 #include "testutils.h"
 
@@ -9,46 +10,6 @@
 Q_DECLARE_METATYPE(TChartSettings)
 
 namespace {
-
-// Every field of the record with its value, named as its key suffix, in reading order.
-QList<QPair<QString, QVariant>> fieldsOf(const TChartSettings &s)
-{
-    return { { "chartTyp", s.chartTyp },
-             { "chartTheme", s.chartTheme },
-             { "wantsChartTitle", s.wantsChartTitle },
-             { "chartTitleText", s.chartTitleText },
-             { "chartTitleFont", s.chartTitleFont },
-             { "chartTitleColor", s.chartTitleColor },
-             { "wantsValueAxisTitle", s.wantsValueAxisTitle },
-             { "valueAxisTitleText", s.valueAxisTitleText },
-             { "valueAxisTitleFont", s.valueAxisTitleFont },
-             { "valueAxisTitleColor", s.valueAxisTitleColor },
-             { "chartBarColor", s.chartBarColor },
-             { "chartAxisLabelFont", s.chartAxisLabelFont },
-             { "chartAxisLabelColor", s.chartAxisLabelColor },
-             { "wantsCustomThemeSettings", s.wantsCustomThemeSettings },
-             { "wantsLegend", s.wantsLegend },
-             { "chartLegendPos", s.chartLegendPos },
-             { "chartLegendLabelFont", s.chartLegendLabelFont },
-             { "chartLegendLabelColor", s.chartLegendLabelColor },
-             { "wantsValueLabels", s.wantsValueLabels },
-             { "chartBackgroundGradientFrom", s.chartBackgroundGradientFrom },
-             { "chartBackgroundGradientTo", s.chartBackgroundGradientTo },
-             { "chartBackgroundGradientOrientation", s.chartBackgroundGradientOrientation },
-             { "chartPlotAreaGradientFrom", s.chartPlotAreaGradientFrom },
-             { "chartPlotAreaGradientTo", s.chartPlotAreaGradientTo },
-             { "chartPlotAreaGradientOrientation", s.chartPlotAreaGradientOrientation } };
-}
-
-QVariant fieldValue(const TChartSettings &s, const QString &name)
-{
-    for (const auto &[fieldName, value] : fieldsOf(s)) {
-        if (fieldName == name)
-            return value;
-    }
-    qFatal("unknown field %s", qPrintable(name));
-    return {};
-}
 
 QFont font(const QString &family, int points, bool bold, bool italic)
 {
@@ -143,8 +104,8 @@ void ChartSettingsStoreTest::roundTripKeepsEveryField()
     writeChart(storeFile(sandbox), "lens_", written);
     const TChartSettings back = readChart(storeFile(sandbox), "lens_", "lens usage");
 
-    const auto writtenFields = fieldsOf(written);
-    const auto readFields = fieldsOf(back);
+    const auto writtenFields = testutils::fieldsOf(written);
+    const auto readFields = testutils::fieldsOf(back);
     for (int i = 0; i < writtenFields.size(); ++i) {
         const QString name = writtenFields.at(i).first;
         // The position is never read back (see legendPositionIsWrittenWithCapitalC).
@@ -200,7 +161,7 @@ void ChartSettingsStoreTest::writesEveryKeyUnderThePrefix()
     QSettings store(storeFile(sandbox), QSettings::IniFormat);
     store.beginGroup("ChartSettings");
     QStringList expected;
-    for (const auto &[name, value] : fieldsOf(customLook())) {
+    for (const auto &[name, value] : testutils::fieldsOf(customLook())) {
         expected << "expTime_" + (name == "chartLegendPos" ? QString("ChartLegendPos") : name);
     }
     QStringList keys = store.childKeys();
@@ -339,7 +300,7 @@ void ChartSettingsStoreTest::foreignValuesConvertByVariantRules()
     file.close();
 
     const TChartSettings s = readChart(storeFile(sandbox), "maker_", "camera manufacturer");
-    const QVariant actual = fieldValue(s, field);
+    const QVariant actual = testutils::fieldValue(s, field);
     QVERIFY2(actual == expected,
              qPrintable(QString("%1 gave %2 (%3), expected %4 (%5)")
                             .arg(field, actual.toString(), actual.metaType().name(),
