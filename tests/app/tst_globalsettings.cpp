@@ -22,6 +22,8 @@
 #include <QSqlQuery>
 #include <QTest>
 
+#include <memory>
+
 using namespace apptest;
 
 namespace {
@@ -36,7 +38,7 @@ void enterGroups(QWidget *dialog, const char *field, const QString &text)
 
 } // namespace
 
-class TestGlobalSettings : public QObject
+class tst_GlobalSettings : public QObject
 {
     Q_OBJECT
 
@@ -61,12 +63,12 @@ private:
     bool scannedShoot(const QVariantMap &more = {});
 };
 
-void TestGlobalSettings::init()
+void tst_GlobalSettings::init()
 {
     sandbox = std::make_unique<testutils::Sandbox>();
 }
 
-void TestGlobalSettings::cleanup()
+void tst_GlobalSettings::cleanup()
 {
     window.reset();
     releaseDatabase();
@@ -75,7 +77,7 @@ void TestGlobalSettings::cleanup()
 }
 
 // Three Canon and two Nikon photos, scanned at start.
-bool TestGlobalSettings::scannedShoot(const QVariantMap &more)
+bool tst_GlobalSettings::scannedShoot(const QVariantMap &more)
 {
     const QString directory = sandbox->makeDir("shoot");
     writePhotos(directory, 3, photoTags("Canon", "EOS R5", "RF24-70mm"), "canon");
@@ -88,7 +90,7 @@ bool TestGlobalSettings::scannedShoot(const QVariantMap &more)
     return waitForScanEnd(*window) && MainWindowProbe(*window).status() == "Valid files: 5";
 }
 
-void TestGlobalSettings::okCopiesTheValuesBackAndRescans()
+void tst_GlobalSettings::okCopiesTheValuesBackAndRescans()
 {
     QVERIFY(
         scannedShoot({ { "OtherSettings/makerExcludes", QStringList { "Apple" } },
@@ -149,7 +151,7 @@ void TestGlobalSettings::okCopiesTheValuesBackAndRescans()
              qPrintable(built[1]));
 }
 
-void TestGlobalSettings::okWithoutChangesStillRescans()
+void tst_GlobalSettings::okWithoutChangesStillRescans()
 {
     QVERIFY(scannedShoot());
     MainWindowProbe probe(*window);
@@ -165,7 +167,7 @@ void TestGlobalSettings::okWithoutChangesStillRescans()
     QVERIFY(!probe.checkForUpdatesOnStart());
 }
 
-void TestGlobalSettings::cancelChangesNothing()
+void tst_GlobalSettings::cancelChangesNothing()
 {
     QVERIFY(scannedShoot({ { "OtherSettings/isoGroups", QStringList { "100-200" } } }));
     MainWindowProbe probe(*window);
@@ -185,7 +187,7 @@ void TestGlobalSettings::cancelChangesNothing()
     QCOMPARE(probe.status(), QString("Valid files: 5"));
 }
 
-void TestGlobalSettings::aNewDialogEachTime()
+void tst_GlobalSettings::aNewDialogEachTime()
 {
     window = std::make_unique<MainWindow>();
     for (int round = 1; round <= 2; ++round) {
@@ -200,7 +202,7 @@ void TestGlobalSettings::aNewDialogEachTime()
     }
 }
 
-void TestGlobalSettings::updateCheckOffMakesNoRequest()
+void tst_GlobalSettings::updateCheckOffMakesNoRequest()
 {
     LocalHttpServer server;
     QVERIFY(server.isListening());
@@ -212,7 +214,7 @@ void TestGlobalSettings::updateCheckOffMakesNoRequest()
     QCOMPARE(server.requestCount(), 0);
 }
 
-void TestGlobalSettings::updateQuestion_data()
+void tst_GlobalSettings::updateQuestion_data()
 {
     QTest::addColumn<int>("status"); // 0: nobody listens
     QTest::addColumn<QByteArray>("body");
@@ -226,7 +228,7 @@ void TestGlobalSettings::updateQuestion_data()
     QTest::newRow("server unreachable") << 0 << QByteArray() << false;
 }
 
-void TestGlobalSettings::updateQuestion()
+void tst_GlobalSettings::updateQuestion()
 {
     QFETCH(int, status);
     QFETCH(QByteArray, body);
@@ -272,7 +274,7 @@ void TestGlobalSettings::updateQuestion()
     }
 }
 
-void TestGlobalSettings::yesOpensTheDownloadPage()
+void tst_GlobalSettings::yesOpensTheDownloadPage()
 {
     LocalHttpServer server;
     server.setResponse(200, "0.41");
@@ -291,7 +293,7 @@ void TestGlobalSettings::yesOpensTheDownloadPage()
     QCOMPARE(browser.urls.first().path(), QString("/downloads.html"));
 }
 
-void TestGlobalSettings::aboutKelvaro()
+void tst_GlobalSettings::aboutKelvaro()
 {
     window = std::make_unique<MainWindow>();
     QString title;
@@ -316,7 +318,7 @@ void TestGlobalSettings::aboutKelvaro()
     QVERIFY2(window->findChildren<TDialogAbout *>().isEmpty(), "a local dialog, gone again");
 }
 
-void TestGlobalSettings::aboutQt()
+void tst_GlobalSettings::aboutQt()
 {
     window = std::make_unique<MainWindow>();
     QString title;
@@ -332,10 +334,9 @@ void TestGlobalSettings::aboutQt()
     QCOMPARE(parent, window.get());
 }
 
-int runGlobalSettingsTests(int argc, char **argv)
+std::unique_ptr<QObject> makeGlobalSettingsTest()
 {
-    TestGlobalSettings test;
-    return QTest::qExec(&test, argc, argv);
+    return std::make_unique<tst_GlobalSettings>();
 }
 
 #include "tst_globalsettings.moc"

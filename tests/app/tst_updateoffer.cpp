@@ -18,6 +18,8 @@
 #include <QTest>
 #include <QTimer>
 
+#include <memory>
+
 namespace {
 
 const QString expectedQuestion041 =
@@ -97,12 +99,14 @@ private slots:
     void offerFromADownloadedFileOpensThatServersPage();
 
 private:
-    testutils::Sandbox sandbox;
+    // Made when the class runs: the application tests share one process and one settings path.
+    std::unique_ptr<testutils::Sandbox> sandbox;
 };
 
 void tst_UpdateOffer::initTestCase()
 {
-    QVERIFY2(sandbox.isValid(), "no scratch folder for the settings store");
+    sandbox = std::make_unique<testutils::Sandbox>();
+    QVERIFY2(sandbox->isValid(), "no scratch folder for the settings store");
     // The requests go to servers on the loopback address that the tests start themselves; a proxy
     // from the environment must not come between.
     QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
@@ -196,10 +200,9 @@ void tst_UpdateOffer::offerFromADownloadedFileOpensThatServersPage()
     QCOMPARE(catcher.urls, QList<QUrl>({ page }));
 }
 
-int runUpdateOfferTests(int argc, char **argv)
+std::unique_ptr<QObject> makeUpdateOfferTest()
 {
-    tst_UpdateOffer test;
-    return QTest::qExec(&test, argc, argv);
+    return std::make_unique<tst_UpdateOffer>();
 }
 
 #include "tst_updateoffer.moc"

@@ -23,9 +23,11 @@
 #include <QToolBar>
 #include <QTreeView>
 
+#include <memory>
+
 using namespace apptest;
 
-class TestWindowFrame : public QObject
+class tst_WindowFrame : public QObject
 {
     Q_OBJECT
 
@@ -68,25 +70,25 @@ private:
     }
 };
 
-void TestWindowFrame::init()
+void tst_WindowFrame::init()
 {
     sandbox = std::make_unique<testutils::Sandbox>();
 }
 
-void TestWindowFrame::cleanup()
+void tst_WindowFrame::cleanup()
 {
     window.reset();
     releaseDatabase();
     sandbox.reset();
 }
 
-MainWindow &TestWindowFrame::makeWindow()
+MainWindow &tst_WindowFrame::makeWindow()
 {
     window = std::make_unique<MainWindow>();
     return *window;
 }
 
-void TestWindowFrame::windowAndTitle()
+void tst_WindowFrame::windowAndTitle()
 {
     makeWindow();
     QCOMPARE(window->objectName(), QString("MainWindow"));
@@ -103,7 +105,7 @@ void TestWindowFrame::windowAndTitle()
     QCOMPARE(central->layout()->itemAt(0)->widget(), child<QTabWidget>("tabWidget"));
 }
 
-void TestWindowFrame::actions_data()
+void tst_WindowFrame::actions_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("text");
@@ -161,7 +163,7 @@ void TestWindowFrame::actions_data()
                           << "HEIF- and AVIF-Files" << true << true;
 }
 
-void TestWindowFrame::actions()
+void tst_WindowFrame::actions()
 {
     QFETCH(QString, name);
     QFETCH(QString, text);
@@ -192,7 +194,7 @@ void TestWindowFrame::actions()
     }
 }
 
-void TestWindowFrame::actionsInCreationOrder()
+void tst_WindowFrame::actionsInCreationOrder()
 {
     makeWindow();
     QStringList names;
@@ -233,7 +235,7 @@ QStringList entries(const QList<QAction *> &actions)
 
 } // namespace
 
-void TestWindowFrame::menus_data()
+void tst_WindowFrame::menus_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("title");
@@ -258,7 +260,7 @@ void TestWindowFrame::menus_data()
                           << "Help" << QStringList { "actionAbout_Kelvaro", "actionAbout_Qt" };
 }
 
-void TestWindowFrame::menus()
+void tst_WindowFrame::menus()
 {
     QFETCH(QString, name);
     QFETCH(QString, title);
@@ -271,7 +273,7 @@ void TestWindowFrame::menus()
     QCOMPARE(entries(menu->actions()), expected);
 }
 
-void TestWindowFrame::menuBarHoldsTheMenusInOrder()
+void tst_WindowFrame::menuBarHoldsTheMenusInOrder()
 {
     makeWindow();
     auto *menuBar = child<QMenuBar>("menubar");
@@ -284,7 +286,7 @@ void TestWindowFrame::menuBarHoldsTheMenusInOrder()
     QCOMPARE(menuBar->geometry(), QRect(0, 0, 1113, 21));
 }
 
-void TestWindowFrame::toolBarEntriesInOrder()
+void tst_WindowFrame::toolBarEntriesInOrder()
 {
     makeWindow();
     auto *toolBar = child<QToolBar>("toolBar");
@@ -329,7 +331,7 @@ void TestWindowFrame::toolBarEntriesInOrder()
     QCOMPARE(MainWindowProbe(*window).themeCombo()->parentWidget(), toolBar);
 }
 
-void TestWindowFrame::themeSelectorEntries()
+void tst_WindowFrame::themeSelectorEntries()
 {
     makeWindow();
     QComboBox *combo = MainWindowProbe(*window).themeCombo();
@@ -342,7 +344,7 @@ void TestWindowFrame::themeSelectorEntries()
     }
 }
 
-void TestWindowFrame::tabs_data()
+void tst_WindowFrame::tabs_data()
 {
     QTest::addColumn<int>("index");
     QTest::addColumn<QString>("tab");
@@ -404,7 +406,7 @@ void TestWindowFrame::tabs_data()
                         << "";
 }
 
-void TestWindowFrame::tabs()
+void tst_WindowFrame::tabs()
 {
     QFETCH(int, index);
     QFETCH(QString, tab);
@@ -433,7 +435,7 @@ void TestWindowFrame::tabs()
     QCOMPARE(splitter->widget(1)->objectName(), "chartView" + stat);
 }
 
-void TestWindowFrame::tabWidgetAndDateTab()
+void tst_WindowFrame::tabWidgetAndDateTab()
 {
     makeWindow();
     auto *tabWidget = child<QTabWidget>("tabWidget");
@@ -452,7 +454,7 @@ void TestWindowFrame::tabWidgetAndDateTab()
              child<QTableView>("tableViewRawData"));
 }
 
-void TestWindowFrame::sizePolicies()
+void tst_WindowFrame::sizePolicies()
 {
     makeWindow();
     const QStringList stats { "Maker",        "Model",        "Lens",        "FocalLength",
@@ -475,7 +477,7 @@ void TestWindowFrame::sizePolicies()
     QVERIFY(!child<QTableView>("tableViewModel")->horizontalHeader()->stretchLastSection());
 }
 
-void TestWindowFrame::rawDataViewSettings()
+void tst_WindowFrame::rawDataViewSettings()
 {
     makeWindow();
     auto *view = child<QTableView>("tableViewRawData");
@@ -487,7 +489,7 @@ void TestWindowFrame::rawDataViewSettings()
     QVERIFY(view->horizontalHeader()->stretchLastSection());
 }
 
-void TestWindowFrame::dockAndTree()
+void tst_WindowFrame::dockAndTree()
 {
     makeWindow();
     auto *dock = child<QDockWidget>("dockWidget");
@@ -523,7 +525,7 @@ void TestWindowFrame::dockAndTree()
     QVERIFY(!tree->rootIndex().isValid());
 }
 
-void TestWindowFrame::statusLabel()
+void tst_WindowFrame::statusLabel()
 {
     // A remembered directory that no longer exists: nothing is selected and no scan starts, so
     // the label keeps what the start-up left in it.
@@ -537,7 +539,7 @@ void TestWindowFrame::statusLabel()
     QCOMPARE(MainWindowProbe(*window).selectedDirectories(), QList<QString>());
 }
 
-void TestWindowFrame::themeSelectorAtStart_data()
+void tst_WindowFrame::themeSelectorAtStart_data()
 {
     QTest::addColumn<int>("lastTab");
     QTest::addColumn<bool>("enabled");
@@ -549,7 +551,7 @@ void TestWindowFrame::themeSelectorAtStart_data()
     QTest::newRow("raw-data tab") << 12 << false;
 }
 
-void TestWindowFrame::themeSelectorAtStart()
+void tst_WindowFrame::themeSelectorAtStart()
 {
     QFETCH(int, lastTab);
     QFETCH(bool, enabled);
@@ -560,7 +562,7 @@ void TestWindowFrame::themeSelectorAtStart()
     QCOMPARE(MainWindowProbe(*window).themeCombo()->isEnabled(), enabled);
 }
 
-void TestWindowFrame::tabChangeFollowsLastTab()
+void tst_WindowFrame::tabChangeFollowsLastTab()
 {
     makeWindow();
     MainWindowProbe probe(*window);
@@ -572,7 +574,7 @@ void TestWindowFrame::tabChangeFollowsLastTab()
     }
 }
 
-void TestWindowFrame::quitQuestion_data()
+void tst_WindowFrame::quitQuestion_data()
 {
     QTest::addColumn<int>("button");
     QTest::addColumn<bool>("closed");
@@ -582,7 +584,7 @@ void TestWindowFrame::quitQuestion_data()
         << int(QMessageBox::Cancel) << false;
 }
 
-void TestWindowFrame::quitQuestion()
+void tst_WindowFrame::quitQuestion()
 {
     QFETCH(int, button);
     QFETCH(bool, closed);
@@ -620,10 +622,9 @@ void TestWindowFrame::quitQuestion()
     QCOMPARE(storeKeys().isEmpty(), !closed);
 }
 
-int runWindowFrameTests(int argc, char **argv)
+std::unique_ptr<QObject> makeWindowFrameTest()
 {
-    TestWindowFrame test;
-    return QTest::qExec(&test, argc, argv);
+    return std::make_unique<tst_WindowFrame>();
 }
 
 #include "tst_windowframe.moc"

@@ -2,8 +2,10 @@
 #include "tobjectfiledownloader.h"
 #include "updatesite.h"
 
+#include "testrunner.h"
 #include "testutils.h"
 
+#include <QCoreApplication>
 #include <QNetworkProxy>
 #include <QSignalSpy>
 #include <QTest>
@@ -175,5 +177,11 @@ void tst_Update::downloaderFetchesTheVersionFile()
 }
 
 // The update check needs no widgets: the version file is fetched and read without a window.
-QTEST_GUILESS_MAIN(tst_Update)
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    tst_Update test;
+    return testutils::runTestObjects(app.arguments(), { &test });
+}
+
 #include "tst_update.moc"

@@ -4,6 +4,7 @@
 #include "twidgetscrollingtext.h"
 #include "urlcatcher.h"
 
+#include "testrunner.h"
 #include "testutils.h"
 
 #include <QApplication>
@@ -654,5 +655,13 @@ void tst_Widgets::aboutOkClosesIt()
     QCOMPARE(dialog.result(), int(QDialog::Accepted));
 }
 
-QTEST_MAIN(tst_Widgets)
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    // Fonts are measured at 96 dpi whatever the screen reports, as QtTest's own main() does.
+    app.setAttribute(Qt::AA_Use96Dpi, true);
+    tst_Widgets test;
+    return testutils::runTestObjects(app.arguments(), { &test });
+}
+
 #include "tst_widgets.moc"
