@@ -3,6 +3,7 @@
 
 #include "filetypes.h"
 #include "tdialogabout.h"
+#include "updatesite.h"
 
 #include <QChartView>
 #include <QCloseEvent>
@@ -235,7 +236,7 @@ void MainWindow::on_actionQuit_triggered()
 
 void MainWindow::on_actionAbout_Kelvaro_triggered()
 {
-    TDialogAbout about(nullptr);
+    TDialogAbout about(UpdateSite::host(), nullptr);
     about.exec();
 }
 

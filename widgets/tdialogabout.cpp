@@ -1,20 +1,15 @@
 #include "tdialogabout.h"
 #include "ui_tdialogabout.h"
 
-#include "updatesite.h"
-
 #include <QCoreApplication>
 
-TDialogAbout::TDialogAbout(QWidget *parent)
+TDialogAbout::TDialogAbout(const QString &host, QWidget *parent)
     : QDialog(parent)
     , ui(new Ui::TAboutDialog)
 {
     ui->setupUi(this);
     const QString name = QCoreApplication::applicationName();
     setWindowTitle(QStringLiteral("About ") + name);
-
-    // The web page is the host that also serves the update check.
-    const QString host = UpdateSite::host();
     ui->scrollWidget->setText({
         QStringLiteral("#") + name + QStringLiteral(" Version ")
             + QCoreApplication::applicationVersion(),

@@ -1,45 +1,33 @@
 // The application shell's tests: one executable, one test class per concern, run one after the
-// other. The exit code counts the failed test functions of all of them. A first argument naming
-// a class ("TestScanControl") runs that class alone, with the remaining arguments.
+// other by the common runner. The exit code counts the failed test functions of all of them; an
+// argument naming a class ("tst_ScanControl") or a function ("tst_ScanControl::stopButton") runs
+// only that.
+#include "testrunner.h"
+
 #include <QApplication>
 
-#include <cstring>
+#include <memory>
 
-int runStartupTests(int argc, char **argv);
-int runWindowFrameTests(int argc, char **argv);
-int runRawDataTableTests(int argc, char **argv);
-int runSettingsStoreTests(int argc, char **argv);
-int runScanControlTests(int argc, char **argv);
-int runChartCommandTests(int argc, char **argv);
-int runGlobalSettingsTests(int argc, char **argv);
-int runStatisticsViewTests(int argc, char **argv);
+std::unique_ptr<QObject> makeStartupTest();
+std::unique_ptr<QObject> makeWindowFrameTest();
+std::unique_ptr<QObject> makeRawDataTableTest();
+std::unique_ptr<QObject> makeSettingsStoreTest();
+std::unique_ptr<QObject> makeScanControlTest();
+std::unique_ptr<QObject> makeChartCommandsTest();
+std::unique_ptr<QObject> makeGlobalSettingsTest();
+std::unique_ptr<QObject> makeUpdateOfferTest();
+std::unique_ptr<QObject> makeStatisticsViewTest();
 
 int main(int argc, char **argv)
 {
     QApplication app(argc, argv);
-    const struct
-    {
-        const char *name;
-        int (*run)(int, char **);
-    } classes[] = { { "TestStartup", runStartupTests },
-                    { "TestWindowFrame", runWindowFrameTests },
-                    { "TestRawDataTable", runRawDataTableTests },
-                    { "TestSettingsStore", runSettingsStoreTests },
-                    { "TestScanControl", runScanControlTests },
-                    { "TestChartCommands", runChartCommandTests },
-                    { "TestGlobalSettings", runGlobalSettingsTests },
-                    { "tst_StatisticsView", runStatisticsViewTests } };
-
-    if (argc > 1) {
-        for (const auto &testClass : classes) {
-            if (std::strcmp(argv[1], testClass.name) == 0) {
-                argv[1] = argv[0];
-                return testClass.run(argc - 1, argv + 1);
-            }
-        }
-    }
-    int failures = 0;
-    for (const auto &testClass : classes)
-        failures += testClass.run(argc, argv);
-    return failures;
+    const std::unique_ptr<QObject> tests[] = {
+        makeStartupTest(),        makeWindowFrameTest(), makeRawDataTableTest(),
+        makeSettingsStoreTest(),  makeScanControlTest(), makeChartCommandsTest(),
+        makeGlobalSettingsTest(), makeUpdateOfferTest(), makeStatisticsViewTest(),
+    };
+    QList<QObject *> objects;
+    for (const auto &test : tests)
+        objects << test.get();
+    return testutils::runTestObjects(app.arguments(), objects);
 }

@@ -5,6 +5,7 @@
 #include "mainwindow.h"
 #include "mainwindowprobe.h"
 #include "tdialognachricht.h"
+#include "testrunner.h"
 #include "testutils.h"
 
 #include <Q3DBars>
@@ -19,7 +20,7 @@
 
 using namespace apptest;
 
-class TestAppWithOpenGL : public QObject
+class tst_AppGl : public QObject
 {
     Q_OBJECT
 
@@ -27,7 +28,7 @@ private slots:
     void copyOnTheDateTabRendersTheGraph();
 };
 
-void TestAppWithOpenGL::copyOnTheDateTabRendersTheGraph()
+void tst_AppGl::copyOnTheDateTabRendersTheGraph()
 {
     testutils::Sandbox sandbox;
     const QString photos = sandbox.makeDir("photos");
@@ -77,8 +78,8 @@ void TestAppWithOpenGL::copyOnTheDateTabRendersTheGraph()
 int main(int argc, char **argv)
 {
     QApplication app(argc, argv);
-    TestAppWithOpenGL test;
-    return QTest::qExec(&test, argc, argv);
+    tst_AppGl test;
+    return testutils::runTestObjects(app.arguments(), { &test });
 }
 
 #include "tst_app_gl.moc"

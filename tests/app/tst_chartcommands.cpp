@@ -25,6 +25,8 @@
 #include <QTableView>
 #include <QTest>
 
+#include <memory>
+
 using namespace apptest;
 
 namespace {
@@ -70,7 +72,7 @@ QByteArray readFile(const QString &path)
 
 } // namespace
 
-class TestChartCommands : public QObject
+class tst_ChartCommands : public QObject
 {
     Q_OBJECT
 
@@ -99,19 +101,19 @@ private:
     bool scanned(int count, const QString &lens = "RF24-70mm F2.8");
 };
 
-void TestChartCommands::init()
+void tst_ChartCommands::init()
 {
     sandbox = std::make_unique<testutils::Sandbox>();
 }
 
-void TestChartCommands::cleanup()
+void tst_ChartCommands::cleanup()
 {
     window.reset();
     releaseDatabase();
     sandbox.reset();
 }
 
-bool TestChartCommands::scanned(int count, const QString &lens)
+bool tst_ChartCommands::scanned(int count, const QString &lens)
 {
     const QString directory = sandbox->makeDir("photos");
     if (!writePhotos(directory, count, photoTags("Canon", "EOS R5", lens)))
@@ -123,7 +125,7 @@ bool TestChartCommands::scanned(int count, const QString &lens)
         && MainWindowProbe(*window).status() == QString("Valid files: %1").arg(count);
 }
 
-void TestChartCommands::contextMenuBeforeTheFirstScanStoresTheRecord()
+void tst_ChartCommands::contextMenuBeforeTheFirstScanStoresTheRecord()
 {
     window = std::make_unique<ExportWindow>();
     MainWindowProbe probe(*window);
@@ -165,7 +167,7 @@ void TestChartCommands::contextMenuBeforeTheFirstScanStoresTheRecord()
              QString("My cameras"));
 }
 
-void TestChartCommands::dialogTitlePerChart_data()
+void tst_ChartCommands::dialogTitlePerChart_data()
 {
     QTest::addColumn<QString>("view");
     QTest::addColumn<int>("chart");
@@ -195,7 +197,7 @@ void TestChartCommands::dialogTitlePerChart_data()
     QTest::newRow("FileType") << "chartViewFileType" << 15 << "Settings for 'File Type' Chart";
 }
 
-void TestChartCommands::dialogTitlePerChart()
+void tst_ChartCommands::dialogTitlePerChart()
 {
     QFETCH(QString, view);
     QFETCH(int, chart);
@@ -221,7 +223,7 @@ void TestChartCommands::dialogTitlePerChart()
     QCOMPARE(probe.chartSettings(chart).chartTitleText, before);
 }
 
-void TestChartCommands::dismissedMenuOpensNoDialog()
+void tst_ChartCommands::dismissedMenuOpensNoDialog()
 {
     window = std::make_unique<ExportWindow>();
     NextModal menu(isA<QMenu>(), [](QWidget *widget) { QTest::keyClick(widget, Qt::Key_Escape); });
@@ -232,7 +234,7 @@ void TestChartCommands::dismissedMenuOpensNoDialog()
     QVERIFY2(!dialog.answered(), "no dialog after the menu was dismissed");
 }
 
-void TestChartCommands::acceptedSettingsRedrawTheChart()
+void tst_ChartCommands::acceptedSettingsRedrawTheChart()
 {
     QVERIFY(scanned(3));
     MainWindowProbe probe(*window);
@@ -253,7 +255,7 @@ void TestChartCommands::acceptedSettingsRedrawTheChart()
     QCOMPARE(view->chart()->title(), QString("Bodies"));
 }
 
-void TestChartCommands::cancelledSettingsLeaveTheChartUntouched()
+void tst_ChartCommands::cancelledSettingsLeaveTheChartUntouched()
 {
     QVERIFY(scanned(3));
     MainWindowProbe probe(*window);
@@ -276,7 +278,7 @@ void TestChartCommands::cancelledSettingsLeaveTheChartUntouched()
     QCOMPARE(probe.chartSettings(5).chartTyp, record.chartTyp);
 }
 
-void TestChartCommands::copyChartToClipboard_data()
+void tst_ChartCommands::copyChartToClipboard_data()
 {
     QTest::addColumn<int>("tab");
     QTest::addColumn<QString>("view"); // empty: nothing to grab
@@ -298,7 +300,7 @@ void TestChartCommands::copyChartToClipboard_data()
         QTest::addRow("tab %d grabs %s", 13 + i, qPrintable(added.at(i))) << 13 + i << added.at(i);
 }
 
-void TestChartCommands::copyChartToClipboard()
+void tst_ChartCommands::copyChartToClipboard()
 {
     QFETCH(int, tab);
     QFETCH(QString, view);
@@ -334,7 +336,7 @@ void TestChartCommands::copyChartToClipboard()
     }
 }
 
-void TestChartCommands::exportWritesOneLinePerPhoto()
+void tst_ChartCommands::exportWritesOneLinePerPhoto()
 {
     QVERIFY(scanned(3));
     const QString path = sandbox->filePath("export.csv");
@@ -379,7 +381,7 @@ void TestChartCommands::exportWritesOneLinePerPhoto()
     QVERIFY(progress->isHidden());
 }
 
-void TestChartCommands::exportWritesSeparatorsInsideValuesAsTheyAre()
+void tst_ChartCommands::exportWritesSeparatorsInsideValuesAsTheyAre()
 {
     QVERIFY(scanned(2, "Objektiv; für Ä"));
     window->exportFileName = sandbox->filePath("lens.csv");
@@ -396,7 +398,7 @@ void TestChartCommands::exportWritesSeparatorsInsideValuesAsTheyAre()
     }
 }
 
-void TestChartCommands::exportFollowsTheSortedView()
+void tst_ChartCommands::exportFollowsTheSortedView()
 {
     QVERIFY(scanned(4));
     window->findChild<QTableView *>("tableViewRawData")->sortByColumn(1, Qt::DescendingOrder);
@@ -417,7 +419,7 @@ void TestChartCommands::exportFollowsTheSortedView()
     QCOMPARE(ids, storedIds(*window, "FILENAME DESC"));
 }
 
-void TestChartCommands::exportIsSilent_data()
+void tst_ChartCommands::exportIsSilent_data()
 {
     QTest::addColumn<bool>("withPhotos");
     QTest::addColumn<QString>("fileName"); // relative to the sandbox; "" = dialog cancelled
@@ -428,7 +430,7 @@ void TestChartCommands::exportIsSilent_data()
     QTest::newRow("file cannot be opened") << true << "missing/folder/out.csv" << 1;
 }
 
-void TestChartCommands::exportIsSilent()
+void tst_ChartCommands::exportIsSilent()
 {
     QFETCH(bool, withPhotos);
     QFETCH(QString, fileName);
@@ -450,10 +452,9 @@ void TestChartCommands::exportIsSilent()
         QVERIFY(!QFile::exists(sandbox->filePath(fileName)));
 }
 
-int runChartCommandTests(int argc, char **argv)
+std::unique_ptr<QObject> makeChartCommandsTest()
 {
-    TestChartCommands test;
-    return QTest::qExec(&test, argc, argv);
+    return std::make_unique<tst_ChartCommands>();
 }
 
 #include "tst_chartcommands.moc"

@@ -8,6 +8,7 @@
 #include "tdialogglobalsettings.h"
 #include "testutils.h"
 #include "tobjectfiledownloader.h"
+#include "twidgetscrollingtext.h"
 #include "updatesite.h"
 #include "urlcatcher.h"
 
@@ -20,6 +21,8 @@
 #include <QSpinBox>
 #include <QSqlQuery>
 #include <QTest>
+
+#include <memory>
 
 using namespace apptest;
 
@@ -35,7 +38,7 @@ void enterGroups(QWidget *dialog, const char *field, const QString &text)
 
 } // namespace
 
-class TestGlobalSettings : public QObject
+class tst_GlobalSettings : public QObject
 {
     Q_OBJECT
 
@@ -60,12 +63,12 @@ private:
     bool scannedShoot(const QVariantMap &more = {});
 };
 
-void TestGlobalSettings::init()
+void tst_GlobalSettings::init()
 {
     sandbox = std::make_unique<testutils::Sandbox>();
 }
 
-void TestGlobalSettings::cleanup()
+void tst_GlobalSettings::cleanup()
 {
     window.reset();
     releaseDatabase();
@@ -74,7 +77,7 @@ void TestGlobalSettings::cleanup()
 }
 
 // Three Canon and two Nikon photos, scanned at start.
-bool TestGlobalSettings::scannedShoot(const QVariantMap &more)
+bool tst_GlobalSettings::scannedShoot(const QVariantMap &more)
 {
     const QString directory = sandbox->makeDir("shoot");
     writePhotos(directory, 3, photoTags("Canon", "EOS R5", "RF24-70mm"), "canon");
@@ -87,7 +90,7 @@ bool TestGlobalSettings::scannedShoot(const QVariantMap &more)
     return waitForScanEnd(*window) && MainWindowProbe(*window).status() == "Valid files: 5";
 }
 
-void TestGlobalSettings::okCopiesTheValuesBackAndRescans()
+void tst_GlobalSettings::okCopiesTheValuesBackAndRescans()
 {
     QVERIFY(
         scannedShoot({ { "OtherSettings/makerExcludes", QStringList { "Apple" } },
@@ -154,7 +157,7 @@ void TestGlobalSettings::okCopiesTheValuesBackAndRescans()
              qPrintable(built[1]));
 }
 
-void TestGlobalSettings::okWithoutChangesStillRescans()
+void tst_GlobalSettings::okWithoutChangesStillRescans()
 {
     QVERIFY(scannedShoot());
     MainWindowProbe probe(*window);
@@ -170,7 +173,7 @@ void TestGlobalSettings::okWithoutChangesStillRescans()
     QVERIFY(!probe.checkForUpdatesOnStart());
 }
 
-void TestGlobalSettings::cancelChangesNothing()
+void tst_GlobalSettings::cancelChangesNothing()
 {
     QVERIFY(scannedShoot({ { "OtherSettings/isoGroups", QStringList { "100-200" } } }));
     MainWindowProbe probe(*window);
@@ -190,7 +193,7 @@ void TestGlobalSettings::cancelChangesNothing()
     QCOMPARE(probe.status(), QString("Valid files: 5"));
 }
 
-void TestGlobalSettings::aNewDialogEachTime()
+void tst_GlobalSettings::aNewDialogEachTime()
 {
     window = std::make_unique<MainWindow>();
     for (int round = 1; round <= 2; ++round) {
@@ -205,7 +208,7 @@ void TestGlobalSettings::aNewDialogEachTime()
     }
 }
 
-void TestGlobalSettings::updateCheckOffMakesNoRequest()
+void tst_GlobalSettings::updateCheckOffMakesNoRequest()
 {
     LocalHttpServer server;
     QVERIFY(server.isListening());
@@ -217,7 +220,7 @@ void TestGlobalSettings::updateCheckOffMakesNoRequest()
     QCOMPARE(server.requestCount(), 0);
 }
 
-void TestGlobalSettings::updateQuestion_data()
+void tst_GlobalSettings::updateQuestion_data()
 {
     QTest::addColumn<int>("status"); // 0: nobody listens
     QTest::addColumn<QByteArray>("body");
@@ -231,7 +234,7 @@ void TestGlobalSettings::updateQuestion_data()
     QTest::newRow("server unreachable") << 0 << QByteArray() << false;
 }
 
-void TestGlobalSettings::updateQuestion()
+void tst_GlobalSettings::updateQuestion()
 {
     QFETCH(int, status);
     QFETCH(QByteArray, body);
@@ -277,7 +280,7 @@ void TestGlobalSettings::updateQuestion()
     }
 }
 
-void TestGlobalSettings::yesOpensTheDownloadPage()
+void tst_GlobalSettings::yesOpensTheDownloadPage()
 {
     LocalHttpServer server;
     server.setResponse(200, "0.41");
@@ -296,24 +299,32 @@ void TestGlobalSettings::yesOpensTheDownloadPage()
     QCOMPARE(browser.urls.first().path(), QString("/downloads.html"));
 }
 
-void TestGlobalSettings::aboutKelvaro()
+void tst_GlobalSettings::aboutKelvaro()
 {
     window = std::make_unique<MainWindow>();
     QString title;
     QObject *parent = this;
+    QList<QString> lines;
     NextModal about(isA<TDialogAbout>(), [&](QWidget *widget) {
         title = widget->windowTitle();
         parent = widget->parent();
+        if (auto *scroller = widget->findChild<TWidgetScrollingText *>("scrollWidget"))
+            lines = scroller->text();
         static_cast<QDialog *>(widget)->accept();
     });
     window->findChild<QAction *>("actionAbout_Kelvaro")->trigger();
     QVERIFY(about.answered());
     QCOMPARE(title, QString("About Kelvaro"));
     QCOMPARE(parent, nullptr);
+    // The web and mail lines point at the host the update check asks.
+    const QString host = UpdateSite::host();
+    QVERIFY2(!host.isEmpty(), "no update host compiled in");
+    QCOMPARE(lines.value(4), "https://" + host);
+    QCOMPARE(lines.value(8), "mailto:info@" + host);
     QVERIFY2(window->findChildren<TDialogAbout *>().isEmpty(), "a local dialog, gone again");
 }
 
-void TestGlobalSettings::aboutQt()
+void tst_GlobalSettings::aboutQt()
 {
     window = std::make_unique<MainWindow>();
     QString title;
@@ -329,10 +340,9 @@ void TestGlobalSettings::aboutQt()
     QCOMPARE(parent, window.get());
 }
 
-int runGlobalSettingsTests(int argc, char **argv)
+std::unique_ptr<QObject> makeGlobalSettingsTest()
 {
-    TestGlobalSettings test;
-    return QTest::qExec(&test, argc, argv);
+    return std::make_unique<tst_GlobalSettings>();
 }
 
 #include "tst_globalsettings.moc"

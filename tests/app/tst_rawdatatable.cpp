@@ -13,9 +13,11 @@
 #include <QTest>
 #include <QThread>
 
+#include <memory>
+
 using namespace apptest;
 
-class TestRawDataTable : public QObject
+class tst_RawDataTable : public QObject
 {
     Q_OBJECT
 
@@ -38,20 +40,20 @@ private:
     QList<qint64> ids();
 };
 
-void TestRawDataTable::init()
+void tst_RawDataTable::init()
 {
     sandbox = std::make_unique<testutils::Sandbox>();
     window = std::make_unique<MainWindow>();
 }
 
-void TestRawDataTable::cleanup()
+void tst_RawDataTable::cleanup()
 {
     window.reset();
     releaseDatabase();
     sandbox.reset();
 }
 
-void TestRawDataTable::insertRows(int count)
+void tst_RawDataTable::insertRows(int count)
 {
     QSqlQuery insert(MainWindowProbe(*window).db());
     QVERIFY(insert.prepare("INSERT INTO DATEIEN (FILENAME, DATE, MAKER, MODEL, LENS, FOCALLENGTH, "
@@ -62,7 +64,7 @@ void TestRawDataTable::insertRows(int count)
         QVERIFY2(insert.exec(), qPrintable(insert.lastError().text()));
 }
 
-QList<qint64> TestRawDataTable::ids()
+QList<qint64> tst_RawDataTable::ids()
 {
     QList<qint64> result;
     QSqlQuery query(MainWindowProbe(*window).db());
@@ -72,7 +74,7 @@ QList<qint64> TestRawDataTable::ids()
     return result;
 }
 
-void TestRawDataTable::mainConnection()
+void tst_RawDataTable::mainConnection()
 {
     QSqlDatabase &db = MainWindowProbe(*window).db();
     QVERIFY(db.isOpen());
@@ -84,7 +86,7 @@ void TestRawDataTable::mainConnection()
     QCOMPARE(MainWindowProbe(*window).tableModel()->parent(), window.get());
 }
 
-void TestRawDataTable::createTableStatement()
+void tst_RawDataTable::createTableStatement()
 {
     QSqlQuery query(MainWindowProbe(*window).db());
     QVERIFY(query.exec("SELECT sql FROM sqlite_master WHERE type = 'table' AND name = 'DATEIEN'"));
@@ -97,7 +99,7 @@ void TestRawDataTable::createTableStatement()
                      "METERINGMODE TEXT NOT NULL, EXPOSUREMODE TEXT NOT NULL )"));
 }
 
-void TestRawDataTable::headerLabels_data()
+void tst_RawDataTable::headerLabels_data()
 {
     QTest::addColumn<int>("column");
     QTest::addColumn<QString>("label");
@@ -120,7 +122,7 @@ void TestRawDataTable::headerLabels_data()
             << column << labels.at(column);
 }
 
-void TestRawDataTable::headerLabels()
+void tst_RawDataTable::headerLabels()
 {
     QFETCH(int, column);
     QFETCH(QString, label);
@@ -134,7 +136,7 @@ void TestRawDataTable::headerLabels()
         QCOMPARE(model->record().fieldName(column), QString("METERINGMODE"));
 }
 
-void TestRawDataTable::emptyBeforeTheFirstScan()
+void tst_RawDataTable::emptyBeforeTheFirstScan()
 {
     auto *view = window->findChild<QTableView *>("tableViewRawData");
     QCOMPARE(view->model(), MainWindowProbe(*window).tableModel());
@@ -148,7 +150,7 @@ void TestRawDataTable::emptyBeforeTheFirstScan()
     QCOMPARE(view->model()->rowCount(), 0);
 }
 
-void TestRawDataTable::idsContinueAfterClearTable()
+void tst_RawDataTable::idsContinueAfterClearTable()
 {
     insertRows(3);
     const QList<qint64> first = ids();
@@ -164,7 +166,7 @@ void TestRawDataTable::idsContinueAfterClearTable()
              qPrintable(QString("%1 after %2").arg(second.first()).arg(first.last())));
 }
 
-void TestRawDataTable::secondConnectionInAnotherThreadSeesTheRows()
+void tst_RawDataTable::secondConnectionInAnotherThreadSeesTheRows()
 {
     insertRows(5);
     int seen = -1;
@@ -192,10 +194,9 @@ void TestRawDataTable::secondConnectionInAnotherThreadSeesTheRows()
     QCOMPARE(seen, 5);
 }
 
-int runRawDataTableTests(int argc, char **argv)
+std::unique_ptr<QObject> makeRawDataTableTest()
 {
-    TestRawDataTable test;
-    return QTest::qExec(&test, argc, argv);
+    return std::make_unique<tst_RawDataTable>();
 }
 
 #include "tst_rawdatatable.moc"

@@ -17,6 +17,8 @@
 #include <QTest>
 #include <QTreeView>
 
+#include <memory>
+
 using namespace apptest;
 
 namespace {
@@ -55,7 +57,7 @@ const QList<QString> allPatterns { "*.arw", "*.cr2", "*.cr3",  "*.dng",  "*.jpg"
 
 } // namespace
 
-class TestScanControl : public QObject
+class tst_ScanControl : public QObject
 {
     Q_OBJECT
 
@@ -87,19 +89,19 @@ private:
     MainWindow &startOn(const QString &directory, const QVariantMap &more = {});
 };
 
-void TestScanControl::init()
+void tst_ScanControl::init()
 {
     sandbox = std::make_unique<testutils::Sandbox>();
 }
 
-void TestScanControl::cleanup()
+void tst_ScanControl::cleanup()
 {
     window.reset();
     releaseDatabase();
     sandbox.reset();
 }
 
-QString TestScanControl::writeShoot(const QString &name)
+QString tst_ScanControl::writeShoot(const QString &name)
 {
     const QString directory = sandbox->makeDir(name);
     writePhotos(directory, 3, photoTags("Canon", "EOS R5", "RF24-70mm F2.8"), "canon");
@@ -108,7 +110,7 @@ QString TestScanControl::writeShoot(const QString &name)
 }
 
 // A window whose store remembers `directory` with JPEG on, so that its first scan covers it.
-MainWindow &TestScanControl::startOn(const QString &directory, const QVariantMap &more)
+MainWindow &tst_ScanControl::startOn(const QString &directory, const QVariantMap &more)
 {
     QVariantMap values { { "OtherSettings/lastDirectory", directory },
                          { "OtherSettings/fileFilters", QStringList { "*.jpg" } } };
@@ -118,7 +120,7 @@ MainWindow &TestScanControl::startOn(const QString &directory, const QVariantMap
     return *window;
 }
 
-void TestScanControl::rememberedDirectoryIsScannedAtStart()
+void tst_ScanControl::rememberedDirectoryIsScannedAtStart()
 {
     const QString shoot = writeShoot("shoot");
     startOn(shoot);
@@ -145,7 +147,7 @@ void TestScanControl::rememberedDirectoryIsScannedAtStart()
     QTRY_VERIFY(!probe.workerThread());
 }
 
-void TestScanControl::uncheckingEveryFileTypeFindsNothing()
+void tst_ScanControl::uncheckingEveryFileTypeFindsNothing()
 {
     startOn(writeShoot("shoot"));
     MainWindowProbe probe(*window);
@@ -161,7 +163,7 @@ void TestScanControl::uncheckingEveryFileTypeFindsNothing()
     QCOMPARE(statistic(*window, "tableViewExposureMode"), (QMap<QString, int> {}));
 }
 
-void TestScanControl::fileTypesAreCollectedInFixedOrder()
+void tst_ScanControl::fileTypesAreCollectedInFixedOrder()
 {
     window = std::make_unique<MainWindow>();
     MainWindowProbe probe(*window);
@@ -179,7 +181,7 @@ void TestScanControl::fileTypesAreCollectedInFixedOrder()
     QCOMPARE(probe.fileFilters(), withoutNef);
 }
 
-void TestScanControl::threeDirectoriesAreScanned()
+void tst_ScanControl::threeDirectoriesAreScanned()
 {
     const QString a = sandbox->makeDir("a"), b = sandbox->makeDir("b"), c = sandbox->makeDir("c");
     writePhotos(a, 1, photoTags("Canon", "R5", "L1"));
@@ -205,7 +207,7 @@ void TestScanControl::threeDirectoriesAreScanned()
     QCOMPARE(probe.lastDirectory(), probe.selectedDirectories().first());
 }
 
-void TestScanControl::deselectingAfterAScanKeepsTheRows()
+void tst_ScanControl::deselectingAfterAScanKeepsTheRows()
 {
     startOn(writeShoot("shoot"));
     MainWindowProbe probe(*window);
@@ -221,7 +223,7 @@ void TestScanControl::deselectingAfterAScanKeepsTheRows()
     QCOMPARE(probe.lastDirectory(), sandbox->filePath("shoot"));
 }
 
-void TestScanControl::deselectingDuringAScanStopsIt()
+void tst_ScanControl::deselectingDuringAScanStopsIt()
 {
     const QString big = sandbox->makeDir("big");
     QVERIFY(writePhotos(big, 400, fixture::typicalTags()));
@@ -248,7 +250,7 @@ void TestScanControl::deselectingDuringAScanStopsIt()
     QCOMPARE(finished.count(), 0);
 }
 
-void TestScanControl::progressIsShownEveryFiftyFiles()
+void tst_ScanControl::progressIsShownEveryFiftyFiles()
 {
     const QString many = sandbox->makeDir("many");
     QVERIFY(writePhotos(many, 150, fixture::typicalTags()));
@@ -277,7 +279,7 @@ void TestScanControl::progressIsShownEveryFiftyFiles()
     QCOMPARE(probe.status(), QString("Valid files: 150"));
 }
 
-void TestScanControl::secondScanContinuesTheIds()
+void tst_ScanControl::secondScanContinuesTheIds()
 {
     startOn(writeShoot("shoot"));
     MainWindowProbe probe(*window);
@@ -295,7 +297,7 @@ void TestScanControl::secondScanContinuesTheIds()
     QCOMPARE(probe.tableModel()->index(0, 0).data().toLongLong(), second.first());
 }
 
-void TestScanControl::subdirectorySwitch()
+void tst_ScanControl::subdirectorySwitch()
 {
     const QString top = sandbox->makeDir("top");
     writePhotos(top, 2, fixture::typicalTags());
@@ -311,7 +313,7 @@ void TestScanControl::subdirectorySwitch()
     QCOMPARE(probe.status(), QString("Valid files: 5"));
 }
 
-void TestScanControl::exclusionsAndGroupsReachTheScanAndCharts()
+void tst_ScanControl::exclusionsAndGroupsReachTheScanAndCharts()
 {
     startOn(writeShoot("shoot"),
             { { "OtherSettings/makerExcludes", QStringList { "Nikon" } },
@@ -327,7 +329,7 @@ void TestScanControl::exclusionsAndGroupsReachTheScanAndCharts()
     QCOMPARE(grouped.first(), 3);
 }
 
-void TestScanControl::themeChangeRebuildsEveryChartAndKeepsTheCamera()
+void tst_ScanControl::themeChangeRebuildsEveryChartAndKeepsTheCamera()
 {
     startOn(writeShoot("shoot"));
     MainWindowProbe probe(*window);
@@ -369,7 +371,7 @@ void TestScanControl::themeChangeRebuildsEveryChartAndKeepsTheCamera()
 
 // Every theme change rebuilds all charts on the main connection while a worker may be inserting;
 // rescans stop the running worker at a random point. The last scan's rows must all arrive.
-void TestScanControl::rescansWhileTheThemeChangesLoseNoRow()
+void tst_ScanControl::rescansWhileTheThemeChangesLoseNoRow()
 {
     const QString library = sandbox->makeDir("library");
     QVERIFY(writePhotos(library, 400, photoTags("Canon", "EOS R5", "RF24-70mm F2.8")));
@@ -390,7 +392,7 @@ void TestScanControl::rescansWhileTheThemeChangesLoseNoRow()
     QCOMPARE(statistic(*window, "tableViewMaker"), (QMap<QString, int> { { "Canon", 400 } }));
 }
 
-void TestScanControl::commandLineDirectoriesAreScanned()
+void tst_ScanControl::commandLineDirectoriesAreScanned()
 {
     const QString a = sandbox->makeDir("a"), b = sandbox->makeDir("b");
     writePhotos(a, 2, fixture::typicalTags());
@@ -415,7 +417,7 @@ void TestScanControl::commandLineDirectoriesAreScanned()
 
 // The user's own choice is what reaches the store: the stand-in for every type is never saved,
 // and the first switch the user makes ends it.
-void TestScanControl::commandLineFallbackIsNeverStored()
+void tst_ScanControl::commandLineFallbackIsNeverStored()
 {
     const QString a = sandbox->makeDir("a");
     writePhotos(a, 2, fixture::typicalTags());
@@ -435,7 +437,7 @@ void TestScanControl::commandLineFallbackIsNeverStored()
     QCOMPARE(readStore("OtherSettings/fileFilters").toStringList(), QStringList { "*.nef" });
 }
 
-void TestScanControl::commandLineKeepsEnabledFileTypes()
+void tst_ScanControl::commandLineKeepsEnabledFileTypes()
 {
     const QString a = sandbox->makeDir("a");
     writePhotos(a, 2, fixture::typicalTags());
@@ -448,10 +450,9 @@ void TestScanControl::commandLineKeepsEnabledFileTypes()
     QCOMPARE(probe.status(), QString("Valid files: 0"));
 }
 
-int runScanControlTests(int argc, char **argv)
+std::unique_ptr<QObject> makeScanControlTest()
 {
-    TestScanControl test;
-    return QTest::qExec(&test, argc, argv);
+    return std::make_unique<tst_ScanControl>();
 }
 
 #include "tst_scancontrol.moc"

@@ -14,6 +14,8 @@
 #include <QTabWidget>
 #include <QTest>
 
+#include <memory>
+
 using namespace apptest;
 
 namespace {
@@ -99,7 +101,7 @@ const QStringList prefixes { "maker_", "model_", "lens_",    "focLen_",  "focLen
 
 } // namespace
 
-class TestSettingsStore : public QObject
+class tst_SettingsStore : public QObject
 {
     Q_OBJECT
 
@@ -122,12 +124,12 @@ private:
     std::unique_ptr<MainWindow> window;
 };
 
-void TestSettingsStore::init()
+void tst_SettingsStore::init()
 {
     sandbox = std::make_unique<testutils::Sandbox>();
 }
 
-void TestSettingsStore::cleanup()
+void tst_SettingsStore::cleanup()
 {
     window.reset();
     UpdateSite::setBaseUrl(QUrl());
@@ -135,7 +137,7 @@ void TestSettingsStore::cleanup()
     sandbox.reset();
 }
 
-void TestSettingsStore::firstStart()
+void tst_SettingsStore::firstStart()
 {
     QVERIFY(storeKeys().isEmpty());
     window = std::make_unique<MainWindow>();
@@ -166,7 +168,7 @@ void TestSettingsStore::firstStart()
     QVERIFY(storeKeys().isEmpty());
 }
 
-void TestSettingsStore::firstStartChartDefaults_data()
+void tst_SettingsStore::firstStartChartDefaults_data()
 {
     QTest::addColumn<int>("chart");
     QTest::addColumn<QString>("title");
@@ -179,7 +181,7 @@ void TestSettingsStore::firstStartChartDefaults_data()
         QTest::addRow("%s", qPrintable(prefixes.at(chart))) << chart << titles.at(chart);
 }
 
-void TestSettingsStore::firstStartChartDefaults()
+void tst_SettingsStore::firstStartChartDefaults()
 {
     QFETCH(int, chart);
     QFETCH(QString, title);
@@ -208,7 +210,7 @@ void TestSettingsStore::firstStartChartDefaults()
         QVERIFY(!color.isValid());
 }
 
-void TestSettingsStore::fileFiltersCheckTheirActions_data()
+void tst_SettingsStore::fileFiltersCheckTheirActions_data()
 {
     QTest::addColumn<QStringList>("fileFilters");
     QTest::addColumn<QStringList>("checked");
@@ -228,7 +230,7 @@ void TestSettingsStore::fileFiltersCheckTheirActions_data()
     QTest::newRow("unknown pattern") << QStringList { "*.tif" } << QStringList {};
 }
 
-void TestSettingsStore::fileFiltersCheckTheirActions()
+void tst_SettingsStore::fileFiltersCheckTheirActions()
 {
     QFETCH(QStringList, fileFilters);
     QFETCH(QStringList, checked);
@@ -239,7 +241,7 @@ void TestSettingsStore::fileFiltersCheckTheirActions()
     QCOMPARE(MainWindowProbe(*window).fileFilters(), QList<QString>(fileFilters));
 }
 
-void TestSettingsStore::roundTripKeepsEverythingButTheDeliberateAsymmetries()
+void tst_SettingsStore::roundTripKeepsEverythingButTheDeliberateAsymmetries()
 {
     const QString photos = sandbox->makeDir("photos");
     window = std::make_unique<MainWindow>();
@@ -328,7 +330,7 @@ void TestSettingsStore::roundTripKeepsEverythingButTheDeliberateAsymmetries()
     QCOMPARE(probe.camZoom(), 100.0f);
 }
 
-void TestSettingsStore::lastDirectoryIsWrittenAbsolute()
+void tst_SettingsStore::lastDirectoryIsWrittenAbsolute()
 {
     window = std::make_unique<MainWindow>();
     MainWindowProbe probe(*window);
@@ -338,7 +340,7 @@ void TestSettingsStore::lastDirectoryIsWrittenAbsolute()
              QFileInfo("some/relative/dir").absoluteFilePath());
 }
 
-void TestSettingsStore::readerThreadsAreBroughtIntoTheirRange_data()
+void tst_SettingsStore::readerThreadsAreBroughtIntoTheirRange_data()
 {
     QTest::addColumn<QVariant>("stored");
     QTest::addColumn<int>("read");
@@ -351,7 +353,7 @@ void TestSettingsStore::readerThreadsAreBroughtIntoTheirRange_data()
 }
 
 // A count edited by hand in the store cannot start more readers than the dialog offers.
-void TestSettingsStore::readerThreadsAreBroughtIntoTheirRange()
+void tst_SettingsStore::readerThreadsAreBroughtIntoTheirRange()
 {
     QFETCH(QVariant, stored);
     QFETCH(int, read);
@@ -361,10 +363,9 @@ void TestSettingsStore::readerThreadsAreBroughtIntoTheirRange()
     QCOMPARE(MainWindowProbe(*window).readerThreads(), read);
 }
 
-int runSettingsStoreTests(int argc, char **argv)
+std::unique_ptr<QObject> makeSettingsStoreTest()
 {
-    TestSettingsStore test;
-    return QTest::qExec(&test, argc, argv);
+    return std::make_unique<tst_SettingsStore>();
 }
 
 #include "tst_settingsstore.moc"

@@ -11,9 +11,11 @@
 #include <QTest>
 #include <QTextStream>
 
+#include <memory>
+
 using namespace apptest;
 
-class TestStartup : public QObject
+class tst_Startup : public QObject
 {
     Q_OBJECT
 
@@ -30,7 +32,7 @@ private slots:
     void commandLineWithoutDisplay();
 };
 
-void TestStartup::styleSheet_data()
+void tst_Startup::styleSheet_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<bool>("applied");
@@ -45,7 +47,7 @@ void TestStartup::styleSheet_data()
 #endif
 }
 
-void TestStartup::styleSheet()
+void tst_Startup::styleSheet()
 {
     QFETCH(QString, path);
     QFETCH(bool, applied);
@@ -72,7 +74,7 @@ void TestStartup::styleSheet()
     qApp->setStyleSheet(QString());
 }
 
-void TestStartup::splashScreenShowsVersionAndClosesItself()
+void tst_Startup::splashScreenShowsVersionAndClosesItself()
 {
     testutils::Sandbox sandbox;
     std::unique_ptr<QSplashScreen> splash(Startup::showSplashScreen());
@@ -85,7 +87,7 @@ void TestStartup::splashScreenShowsVersionAndClosesItself()
     QTRY_VERIFY_WITH_TIMEOUT(!splash->isVisible(), 6000);
 }
 
-void TestStartup::startDirectories_data()
+void tst_Startup::startDirectories_data()
 {
     QTest::addColumn<QStringList>("arguments"); // "SANDBOX" stands for the scratch folder
     QTest::addColumn<QStringList>("expected");
@@ -105,7 +107,7 @@ void TestStartup::startDirectories_data()
                          "kelvaro: SANDBOX/missing: No such file or directory" };
 }
 
-void TestStartup::startDirectories()
+void tst_Startup::startDirectories()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QStringList, expected);
@@ -137,7 +139,7 @@ void TestStartup::startDirectories()
     QCOMPARE(printed.split('\n', Qt::SkipEmptyParts), notes);
 }
 
-void TestStartup::commandLineWithoutDisplay_data()
+void tst_Startup::commandLineWithoutDisplay_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<int>("exitCode");
@@ -157,7 +159,7 @@ void TestStartup::commandLineWithoutDisplay_data()
 
 // The real program, with no display to connect to: were the GUI application made before the
 // options are read, it would abort instead of answering.
-void TestStartup::commandLineWithoutDisplay()
+void tst_Startup::commandLineWithoutDisplay()
 {
     QFETCH(QStringList, arguments);
     QFETCH(int, exitCode);
@@ -186,14 +188,14 @@ void TestStartup::commandLineWithoutDisplay()
         QVERIFY2(errors.startsWith(errorOutput), qPrintable(errors));
 }
 
-void TestStartup::quitAfterFirstScanOnlyWhenAsked_data()
+void tst_Startup::quitAfterFirstScanOnlyWhenAsked_data()
 {
     QTest::addColumn<bool>("asked");
     QTest::newRow("variable set: connected") << true;
     QTest::newRow("variable not set: the window stays") << false;
 }
 
-void TestStartup::quitAfterFirstScanOnlyWhenAsked()
+void tst_Startup::quitAfterFirstScanOnlyWhenAsked()
 {
     struct ReleaseDatabase
     {
@@ -220,7 +222,7 @@ void TestStartup::quitAfterFirstScanOnlyWhenAsked()
 
 // What CI relies on for the README's run command: the real program, started on a folder with no
 // file type on in a fresh configuration, prints its first scan's status line and ends by itself.
-void TestStartup::programPrintsFirstScansStatusAndQuits()
+void tst_Startup::programPrintsFirstScansStatusAndQuits()
 {
     testutils::Sandbox sandbox;
     const QString photos = sandbox.makeDir("photos");
@@ -241,10 +243,9 @@ void TestStartup::programPrintsFirstScansStatusAndQuits()
         qPrintable(lines.join(" | ")));
 }
 
-int runStartupTests(int argc, char **argv)
+std::unique_ptr<QObject> makeStartupTest()
 {
-    TestStartup test;
-    return QTest::qExec(&test, argc, argv);
+    return std::make_unique<tst_Startup>();
 }
 
 #include "tst_startup.moc"

@@ -157,10 +157,9 @@ void tst_StatisticsView::tablesAgreeWithKelvaroStats()
              (QStringList { "2021-07-03=2", "2023-07-14=4", "n.a.=1" }));
 }
 
-int runStatisticsViewTests(int argc, char **argv)
+std::unique_ptr<QObject> makeStatisticsViewTest()
 {
-    tst_StatisticsView test;
-    return QTest::qExec(&test, argc, argv);
+    return std::make_unique<tst_StatisticsView>();
 }
 
 #include "tst_statisticsview.moc"

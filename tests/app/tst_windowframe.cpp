@@ -23,9 +23,11 @@
 #include <QToolBar>
 #include <QTreeView>
 
+#include <memory>
+
 using namespace apptest;
 
-class TestWindowFrame : public QObject
+class tst_WindowFrame : public QObject
 {
     Q_OBJECT
 
@@ -68,25 +70,25 @@ private:
     }
 };
 
-void TestWindowFrame::init()
+void tst_WindowFrame::init()
 {
     sandbox = std::make_unique<testutils::Sandbox>();
 }
 
-void TestWindowFrame::cleanup()
+void tst_WindowFrame::cleanup()
 {
     window.reset();
     releaseDatabase();
     sandbox.reset();
 }
 
-MainWindow &TestWindowFrame::makeWindow()
+MainWindow &tst_WindowFrame::makeWindow()
 {
     window = std::make_unique<MainWindow>();
     return *window;
 }
 
-void TestWindowFrame::windowAndTitle()
+void tst_WindowFrame::windowAndTitle()
 {
     makeWindow();
     QCOMPARE(window->objectName(), QString("MainWindow"));
@@ -103,7 +105,7 @@ void TestWindowFrame::windowAndTitle()
     QCOMPARE(central->layout()->itemAt(0)->widget(), child<QTabWidget>("tabWidget"));
 }
 
-void TestWindowFrame::actions_data()
+void tst_WindowFrame::actions_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("text");
@@ -161,7 +163,7 @@ void TestWindowFrame::actions_data()
                           << "HEIF- and AVIF-Files" << true << true;
 }
 
-void TestWindowFrame::actions()
+void tst_WindowFrame::actions()
 {
     QFETCH(QString, name);
     QFETCH(QString, text);
@@ -192,7 +194,7 @@ void TestWindowFrame::actions()
     }
 }
 
-void TestWindowFrame::actionsInCreationOrder()
+void tst_WindowFrame::actionsInCreationOrder()
 {
     makeWindow();
     QStringList names;
@@ -233,7 +235,7 @@ QStringList entries(const QList<QAction *> &actions)
 
 } // namespace
 
-void TestWindowFrame::menus_data()
+void tst_WindowFrame::menus_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("title");
@@ -269,7 +271,7 @@ void TestWindowFrame::menus_data()
                           << "Help" << QStringList { "actionAbout_Kelvaro", "actionAbout_Qt" };
 }
 
-void TestWindowFrame::menus()
+void tst_WindowFrame::menus()
 {
     QFETCH(QString, name);
     QFETCH(QString, title);
@@ -282,7 +284,7 @@ void TestWindowFrame::menus()
     QCOMPARE(entries(menu->actions()), expected);
 }
 
-void TestWindowFrame::menuBarHoldsTheMenusInOrder()
+void tst_WindowFrame::menuBarHoldsTheMenusInOrder()
 {
     makeWindow();
     auto *menuBar = child<QMenuBar>("menubar");
@@ -295,7 +297,7 @@ void TestWindowFrame::menuBarHoldsTheMenusInOrder()
     QCOMPARE(menuBar->geometry(), QRect(0, 0, 1113, 21));
 }
 
-void TestWindowFrame::toolBarEntriesInOrder()
+void tst_WindowFrame::toolBarEntriesInOrder()
 {
     makeWindow();
     auto *toolBar = child<QToolBar>("toolBar");
@@ -340,7 +342,7 @@ void TestWindowFrame::toolBarEntriesInOrder()
     QCOMPARE(MainWindowProbe(*window).themeCombo()->parentWidget(), toolBar);
 }
 
-void TestWindowFrame::themeSelectorEntries()
+void tst_WindowFrame::themeSelectorEntries()
 {
     makeWindow();
     QComboBox *combo = MainWindowProbe(*window).themeCombo();
@@ -353,7 +355,7 @@ void TestWindowFrame::themeSelectorEntries()
     }
 }
 
-void TestWindowFrame::tabs_data()
+void tst_WindowFrame::tabs_data()
 {
     QTest::addColumn<int>("index");
     QTest::addColumn<QString>("tab");
@@ -436,7 +438,7 @@ void TestWindowFrame::tabs_data()
                         << "FileType";
 }
 
-void TestWindowFrame::tabs()
+void tst_WindowFrame::tabs()
 {
     QFETCH(int, index);
     QFETCH(QString, tab);
@@ -465,7 +467,7 @@ void TestWindowFrame::tabs()
     QCOMPARE(splitter->widget(1)->objectName(), "chartView" + stat);
 }
 
-void TestWindowFrame::tabWidgetAndDateTab()
+void tst_WindowFrame::tabWidgetAndDateTab()
 {
     makeWindow();
     auto *tabWidget = child<QTabWidget>("tabWidget");
@@ -484,7 +486,7 @@ void TestWindowFrame::tabWidgetAndDateTab()
              child<QTableView>("tableViewRawData"));
 }
 
-void TestWindowFrame::sizePolicies()
+void tst_WindowFrame::sizePolicies()
 {
     makeWindow();
     const QStringList stats { "Maker",        "Model",        "Lens",        "FocalLength",
@@ -507,7 +509,7 @@ void TestWindowFrame::sizePolicies()
     QVERIFY(!child<QTableView>("tableViewModel")->horizontalHeader()->stretchLastSection());
 }
 
-void TestWindowFrame::rawDataViewSettings()
+void tst_WindowFrame::rawDataViewSettings()
 {
     makeWindow();
     auto *view = child<QTableView>("tableViewRawData");
@@ -519,7 +521,7 @@ void TestWindowFrame::rawDataViewSettings()
     QVERIFY(view->horizontalHeader()->stretchLastSection());
 }
 
-void TestWindowFrame::dockAndTree()
+void tst_WindowFrame::dockAndTree()
 {
     makeWindow();
     auto *dock = child<QDockWidget>("dockWidget");
@@ -555,7 +557,7 @@ void TestWindowFrame::dockAndTree()
     QVERIFY(!tree->rootIndex().isValid());
 }
 
-void TestWindowFrame::statusLabel()
+void tst_WindowFrame::statusLabel()
 {
     // A remembered directory that no longer exists: nothing is selected and no scan starts, so
     // the label keeps what the start-up left in it.
@@ -569,7 +571,7 @@ void TestWindowFrame::statusLabel()
     QCOMPARE(MainWindowProbe(*window).selectedDirectories(), QList<QString>());
 }
 
-void TestWindowFrame::themeSelectorAtStart_data()
+void tst_WindowFrame::themeSelectorAtStart_data()
 {
     QTest::addColumn<int>("lastTab");
     QTest::addColumn<bool>("enabled");
@@ -581,7 +583,7 @@ void TestWindowFrame::themeSelectorAtStart_data()
     QTest::newRow("raw-data tab") << 12 << false;
 }
 
-void TestWindowFrame::themeSelectorAtStart()
+void tst_WindowFrame::themeSelectorAtStart()
 {
     QFETCH(int, lastTab);
     QFETCH(bool, enabled);
@@ -592,7 +594,7 @@ void TestWindowFrame::themeSelectorAtStart()
     QCOMPARE(MainWindowProbe(*window).themeCombo()->isEnabled(), enabled);
 }
 
-void TestWindowFrame::tabChangeFollowsLastTab()
+void tst_WindowFrame::tabChangeFollowsLastTab()
 {
     makeWindow();
     MainWindowProbe probe(*window);
@@ -604,7 +606,7 @@ void TestWindowFrame::tabChangeFollowsLastTab()
     }
 }
 
-void TestWindowFrame::quitQuestion_data()
+void tst_WindowFrame::quitQuestion_data()
 {
     QTest::addColumn<int>("button");
     QTest::addColumn<bool>("closed");
@@ -614,7 +616,7 @@ void TestWindowFrame::quitQuestion_data()
         << int(QMessageBox::Cancel) << false;
 }
 
-void TestWindowFrame::quitQuestion()
+void tst_WindowFrame::quitQuestion()
 {
     QFETCH(int, button);
     QFETCH(bool, closed);
@@ -652,10 +654,9 @@ void TestWindowFrame::quitQuestion()
     QCOMPARE(storeKeys().isEmpty(), !closed);
 }
 
-int runWindowFrameTests(int argc, char **argv)
+std::unique_ptr<QObject> makeWindowFrameTest()
 {
-    TestWindowFrame test;
-    return QTest::qExec(&test, argc, argv);
+    return std::make_unique<tst_WindowFrame>();
 }
 
 #include "tst_windowframe.moc"

@@ -2,6 +2,7 @@
 
 // Helpers of tst_dialogchartsettings: a dialog whose pickers answer from lists, the record's
 // fields by name, sample records and pixel arithmetic for the colour swatches.
+#include "chartsettingsfields.h"
 #include "dialogchartsettings.h"
 #include "tlabelclickable.h"
 
@@ -47,45 +48,9 @@ protected:
     }
 };
 
-// Every field of the record with its value, in declaration order.
-inline QList<QPair<QString, QVariant>> fieldsOf(const TChartSettings &s)
-{
-    return { { "chartTyp", s.chartTyp },
-             { "wantsChartTitle", s.wantsChartTitle },
-             { "chartTitleText", s.chartTitleText },
-             { "chartTitleFont", s.chartTitleFont },
-             { "chartTitleColor", s.chartTitleColor },
-             { "wantsValueAxisTitle", s.wantsValueAxisTitle },
-             { "valueAxisTitleText", s.valueAxisTitleText },
-             { "valueAxisTitleFont", s.valueAxisTitleFont },
-             { "valueAxisTitleColor", s.valueAxisTitleColor },
-             { "chartAxisLabelFont", s.chartAxisLabelFont },
-             { "chartAxisLabelColor", s.chartAxisLabelColor },
-             { "chartBarColor", s.chartBarColor },
-             { "chartBackgroundGradientFrom", s.chartBackgroundGradientFrom },
-             { "chartBackgroundGradientTo", s.chartBackgroundGradientTo },
-             { "chartBackgroundGradientOrientation", s.chartBackgroundGradientOrientation },
-             { "chartPlotAreaGradientFrom", s.chartPlotAreaGradientFrom },
-             { "chartPlotAreaGradientTo", s.chartPlotAreaGradientTo },
-             { "chartPlotAreaGradientOrientation", s.chartPlotAreaGradientOrientation },
-             { "chartTheme", s.chartTheme },
-             { "wantsCustomThemeSettings", s.wantsCustomThemeSettings },
-             { "wantsValueLabels", s.wantsValueLabels },
-             { "wantsLegend", s.wantsLegend },
-             { "chartLegendPos", s.chartLegendPos },
-             { "chartLegendLabelFont", s.chartLegendLabelFont },
-             { "chartLegendLabelColor", s.chartLegendLabelColor } };
-}
-
-inline QVariant fieldValue(const TChartSettings &s, const QString &name)
-{
-    for (const auto &[fieldName, value] : fieldsOf(s)) {
-        if (fieldName == name)
-            return value;
-    }
-    qFatal("unknown field %s", qPrintable(name));
-    return {};
-}
+// The record's fields by name come from the shared test helper.
+using testutils::fieldsOf;
+using testutils::fieldValue;
 
 template<typename T> T *child(QObject *parent, const QString &name)
 {

@@ -4,7 +4,10 @@
 #include "chartsfixture.h"
 #include "statisticcontroller.h"
 
+#include "testrunner.h"
+
 #include <QAbstractBarSeries>
+#include <QApplication>
 #include <QBarSet>
 #include <QChartView>
 #include <QLegend>
@@ -45,7 +48,7 @@ void addRowPerChartKind()
 
 } // namespace
 
-class TestCharts : public QObject
+class tst_Charts : public QObject
 {
     Q_OBJECT
 
@@ -75,7 +78,7 @@ private slots:
     void unexpectedRecordValuesStillDraw();
 };
 
-void TestCharts::newChartEveryDraw()
+void tst_Charts::newChartEveryDraw()
 {
     QFETCH(int, chartTyp);
     ChartScene scene;
@@ -104,7 +107,7 @@ void TestCharts::newChartEveryDraw()
     }
 }
 
-void TestCharts::titleAndValueAxisTitle_data()
+void tst_Charts::titleAndValueAxisTitle_data()
 {
     QTest::addColumn<int>("chartTyp");
     QTest::addColumn<bool>("wantsChartTitle");
@@ -120,7 +123,7 @@ void TestCharts::titleAndValueAxisTitle_data()
     }
 }
 
-void TestCharts::titleAndValueAxisTitle()
+void tst_Charts::titleAndValueAxisTitle()
 {
     QFETCH(int, chartTyp);
     QFETCH(bool, wantsChartTitle);
@@ -146,7 +149,7 @@ void TestCharts::titleAndValueAxisTitle()
              "the category axis gets no title");
 }
 
-void TestCharts::smallCountsGetWholeTicks_data()
+void tst_Charts::smallCountsGetWholeTicks_data()
 {
     QTest::addColumn<int>("chartTyp");
     QTest::addColumn<int>("photosOfOneMaker");
@@ -160,7 +163,7 @@ void TestCharts::smallCountsGetWholeTicks_data()
 }
 
 // "%d" labels: every tick must fall on a whole number, or labels repeat ("0 0 1 1 2").
-void TestCharts::smallCountsGetWholeTicks()
+void tst_Charts::smallCountsGetWholeTicks()
 {
     QFETCH(int, chartTyp);
     QFETCH(int, photosOfOneMaker);
@@ -181,7 +184,7 @@ void TestCharts::smallCountsGetWholeTicks()
     QCOMPARE(step, qreal(qRound(step)));
 }
 
-void TestCharts::valueLabels_data()
+void tst_Charts::valueLabels_data()
 {
     QTest::addColumn<int>("chartTyp");
     QTest::addColumn<bool>("wantsValueLabels");
@@ -191,7 +194,7 @@ void TestCharts::valueLabels_data()
     }
 }
 
-void TestCharts::valueLabels()
+void tst_Charts::valueLabels()
 {
     QFETCH(int, chartTyp);
     QFETCH(bool, wantsValueLabels);
@@ -217,7 +220,7 @@ void TestCharts::valueLabels()
     }
 }
 
-void TestCharts::legendPosition_data()
+void tst_Charts::legendPosition_data()
 {
     QTest::addColumn<int>("chartTyp");
     QTest::addColumn<int>("position");
@@ -232,7 +235,7 @@ void TestCharts::legendPosition_data()
     }
 }
 
-void TestCharts::legendPosition()
+void tst_Charts::legendPosition()
 {
     QFETCH(int, chartTyp);
     QFETCH(int, position);
@@ -248,7 +251,7 @@ void TestCharts::legendPosition()
     QCOMPARE(int(legend->alignment()), position);
 }
 
-void TestCharts::legendHiddenWithCustomSettings()
+void tst_Charts::legendHiddenWithCustomSettings()
 {
     QFETCH(int, chartTyp);
     ChartScene scene;
@@ -263,7 +266,7 @@ void TestCharts::legendHiddenWithCustomSettings()
     QCOMPARE(legend->labelColor(), settings.chartLegendLabelColor);
 }
 
-void TestCharts::customSettingsOnBars_data()
+void tst_Charts::customSettingsOnBars_data()
 {
     QTest::addColumn<int>("chartTyp");
     QTest::addColumn<int>("orientation");
@@ -273,7 +276,7 @@ void TestCharts::customSettingsOnBars_data()
     }
 }
 
-void TestCharts::customSettingsOnBars()
+void tst_Charts::customSettingsOnBars()
 {
     QFETCH(int, chartTyp);
     QFETCH(int, orientation);
@@ -326,7 +329,7 @@ void TestCharts::customSettingsOnBars()
     QVERIFY(chart->isPlotAreaBackgroundVisible());
 }
 
-void TestCharts::transparentColoursKeepTheirAlpha()
+void tst_Charts::transparentColoursKeepTheirAlpha()
 {
     ChartScene scene;
     QVERIFY2(fill(scene, { "Canon" }), qPrintable(scene.table.lastError()));
@@ -343,7 +346,7 @@ void TestCharts::transparentColoursKeepTheirAlpha()
     QCOMPARE(scene.chart()->legend()->labelColor(), QColor(0, 128, 0, 64));
 }
 
-void TestCharts::customSettingsOnPies_data()
+void tst_Charts::customSettingsOnPies_data()
 {
     QTest::addColumn<int>("chartTyp");
     QTest::newRow("pie") << 2;
@@ -351,7 +354,7 @@ void TestCharts::customSettingsOnPies_data()
 }
 
 // Title, legend and gradients reach a pie; the axis fonts have nothing to reach.
-void TestCharts::customSettingsOnPies()
+void tst_Charts::customSettingsOnPies()
 {
     QFETCH(int, chartTyp);
     ChartScene scene;
@@ -375,7 +378,7 @@ void TestCharts::customSettingsOnPies()
 }
 
 // Two records that differ only in what wantsCustomThemeSettings guards give the same chart.
-void TestCharts::customSettingsOffChangeNothing()
+void tst_Charts::customSettingsOffChangeNothing()
 {
     QFETCH(int, chartTyp);
     ChartScene first;
@@ -412,7 +415,7 @@ void TestCharts::customSettingsOffChangeNothing()
     }
 }
 
-void TestCharts::pieLabelsHaveOneDecimal_data()
+void tst_Charts::pieLabelsHaveOneDecimal_data()
 {
     QTest::addColumn<int>("chartTyp");
     QTest::addColumn<QStringList>("makers");
@@ -432,7 +435,7 @@ void TestCharts::pieLabelsHaveOneDecimal_data()
     }
 }
 
-void TestCharts::pieLabelsHaveOneDecimal()
+void tst_Charts::pieLabelsHaveOneDecimal()
 {
     QFETCH(int, chartTyp);
     QFETCH(QStringList, makers);
@@ -446,7 +449,7 @@ void TestCharts::pieLabelsHaveOneDecimal()
     QCOMPARE(sliceLabels(scene.chart()), labels);
 }
 
-void TestCharts::unexpectedRecordValuesStillDraw_data()
+void tst_Charts::unexpectedRecordValuesStillDraw_data()
 {
     QTest::addColumn<int>("chartTyp");
     QTest::addColumn<int>("chartTheme");
@@ -460,7 +463,7 @@ void TestCharts::unexpectedRecordValuesStillDraw_data()
 }
 
 // The record is not checked: odd values must still give a chart, drawn without a crash.
-void TestCharts::unexpectedRecordValuesStillDraw()
+void tst_Charts::unexpectedRecordValuesStillDraw()
 {
     QFETCH(int, chartTyp);
     QFETCH(int, chartTheme);
@@ -482,5 +485,13 @@ void TestCharts::unexpectedRecordValuesStillDraw()
         QCOMPARE(sliceValues(scene.chart()).size(), 2);
 }
 
-QTEST_MAIN(TestCharts)
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    // Fonts are measured at 96 dpi whatever the screen reports, as QtTest's own main() does.
+    app.setAttribute(Qt::AA_Use96Dpi, true);
+    tst_Charts test;
+    return testutils::runTestObjects(app.arguments(), { &test });
+}
+
 #include "tst_charts.moc"

@@ -4,9 +4,12 @@
 #include "chartdate3d.h"
 #include "chartsfixture.h"
 
+#include "testrunner.h"
+
 #include <Q3DBars>
 #include <Q3DCamera>
 #include <Q3DScene>
+#include <QApplication>
 #include <QBar3DSeries>
 #include <QBarDataProxy>
 #include <QCategory3DAxis>
@@ -39,7 +42,7 @@ QList<float> proxyRow(Q3DBars *graph, int row)
 
 } // namespace
 
-class TestCharts3D : public QObject
+class tst_Charts3D : public QObject
 {
     Q_OBJECT
 
@@ -58,13 +61,13 @@ private slots:
     void noImageWithoutGraph();
 };
 
-void TestCharts3D::initTestCase()
+void tst_Charts3D::initTestCase()
 {
     if (!ChartDate3D::openGLAvailable())
         QSKIP("no OpenGL context on this display; the graph cannot be made");
 }
 
-void TestCharts3D::graphShowsTheRows()
+void tst_Charts3D::graphShowsTheRows()
 {
     PhotoTable table;
     QVERIFY2(table.isReady(), qPrintable(table.lastError()));
@@ -101,7 +104,7 @@ void TestCharts3D::graphShowsTheRows()
     QCOMPARE(graph->columnAxis()->labelAutoRotation(), 30.0f);
 }
 
-void TestCharts3D::graphLook_data()
+void tst_Charts3D::graphLook_data()
 {
     QTest::addColumn<int>("theme");
     QTest::newRow("Qt") << int(Q3DTheme::ThemeQt);
@@ -109,7 +112,7 @@ void TestCharts3D::graphLook_data()
     QTest::newRow("Retro") << int(Q3DTheme::ThemeRetro);
 }
 
-void TestCharts3D::graphLook()
+void tst_Charts3D::graphLook()
 {
     QFETCH(int, theme);
     PhotoTable table;
@@ -134,7 +137,7 @@ void TestCharts3D::graphLook()
              "the frameless hint is toggled");
 }
 
-void TestCharts3D::valueAxisHasWholeSteps_data()
+void tst_Charts3D::valueAxisHasWholeSteps_data()
 {
     QTest::addColumn<int>("highest");
     QTest::addColumn<int>("segments");
@@ -150,7 +153,7 @@ void TestCharts3D::valueAxisHasWholeSteps_data()
 }
 
 // The labels are printed with "%d"; every segment must end on a whole number.
-void TestCharts3D::valueAxisHasWholeSteps()
+void tst_Charts3D::valueAxisHasWholeSteps()
 {
     QFETCH(int, highest);
     QFETCH(int, segments);
@@ -170,7 +173,7 @@ void TestCharts3D::valueAxisHasWholeSteps()
     QCOMPARE(axis->max(), max);
 }
 
-void TestCharts3D::emptyTableGivesEmptyGraph()
+void tst_Charts3D::emptyTableGivesEmptyGraph()
 {
     PhotoTable table;
     QVERIFY2(table.isReady(), qPrintable(table.lastError()));
@@ -181,7 +184,7 @@ void TestCharts3D::emptyTableGivesEmptyGraph()
     QCOMPARE(chart.graph()->valueAxis()->title(), QStringLiteral("times used"));
 }
 
-void TestCharts3D::cameraFollowsTheUserAndSurvivesRefresh()
+void tst_Charts3D::cameraFollowsTheUserAndSurvivesRefresh()
 {
     PhotoTable table;
     QVERIFY2(table.isReady(), qPrintable(table.lastError()));
@@ -210,7 +213,7 @@ void TestCharts3D::cameraFollowsTheUserAndSurvivesRefresh()
     QCOMPARE(restored->zoomLevel(), 220.0f);
 }
 
-void TestCharts3D::refreshReplacesGraphAndAxes()
+void tst_Charts3D::refreshReplacesGraphAndAxes()
 {
     PhotoTable table;
     QVERIFY2(table.isReady(), qPrintable(table.lastError()));
@@ -236,7 +239,7 @@ void TestCharts3D::refreshReplacesGraphAndAxes()
     QCOMPARE(chart.rowLabels().size(), 12);
 }
 
-void TestCharts3D::rendersIntoImage_data()
+void tst_Charts3D::rendersIntoImage_data()
 {
     QTest::addColumn<QStringList>("dates");
     QTest::addColumn<QString>("shot");
@@ -265,7 +268,7 @@ void TestCharts3D::rendersIntoImage_data()
 }
 
 // With KELVARO_CHART_SHOTS set to a folder the images are kept there for a look.
-void TestCharts3D::rendersIntoImage()
+void tst_Charts3D::rendersIntoImage()
 {
     QFETCH(QStringList, dates);
     QFETCH(QString, shot);
@@ -295,10 +298,18 @@ void TestCharts3D::rendersIntoImage()
         image.save(QDir(shots).filePath(shot + ".png"));
 }
 
-void TestCharts3D::noImageWithoutGraph()
+void tst_Charts3D::noImageWithoutGraph()
 {
     QVERIFY(ChartDate3D(nullptr).renderToImage(6).isNull());
 }
 
-QTEST_MAIN(TestCharts3D)
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    // Fonts are measured at 96 dpi whatever the screen reports, as QtTest's own main() does.
+    app.setAttribute(Qt::AA_Use96Dpi, true);
+    tst_Charts3D test;
+    return testutils::runTestObjects(app.arguments(), { &test });
+}
+
 #include "tst_charts3d.moc"

@@ -4,6 +4,9 @@
 #include "chartdate3d.h"
 #include "chartsfixture.h"
 
+#include "testrunner.h"
+
+#include <QApplication>
 #include <QCategory3DAxis>
 #include <QLabel>
 #include <QPointer>
@@ -38,7 +41,7 @@ struct Page
 
 } // namespace
 
-class TestChartDate : public QObject
+class tst_ChartsDate : public QObject
 {
     Q_OBJECT
 
@@ -53,7 +56,7 @@ private slots:
     void defaultFormDrawsNothing();
 };
 
-void TestChartDate::parsesExifDates_data()
+void tst_ChartsDate::parsesExifDates_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QDate>("date");
@@ -83,7 +86,7 @@ void TestChartDate::parsesExifDates_data()
 }
 
 // The chart counts exactly the dates that Qt's own conversion of the field accepts.
-void TestChartDate::parsesExifDates()
+void tst_ChartsDate::parsesExifDates()
 {
     QFETCH(QString, text);
     QFETCH(QDate, date);
@@ -91,7 +94,7 @@ void TestChartDate::parsesExifDates()
     QCOMPARE(ChartDate3D::parseExifDate(text), date);
 }
 
-void TestChartDate::layoutByDateSpan_data()
+void tst_ChartsDate::layoutByDateSpan_data()
 {
     QTest::addColumn<QStringList>("dates");
     QTest::addColumn<QStringList>("rowLabels");
@@ -136,7 +139,7 @@ void TestChartDate::layoutByDateSpan_data()
         << QStringList();
 }
 
-void TestChartDate::layoutByDateSpan()
+void tst_ChartsDate::layoutByDateSpan()
 {
     QFETCH(QStringList, dates);
     QFETCH(QStringList, rowLabels);
@@ -167,7 +170,7 @@ void TestChartDate::layoutByDateSpan()
     QCOMPARE(values, expected);
 }
 
-void TestChartDate::placeholderWithoutOpenGL()
+void tst_ChartsDate::placeholderWithoutOpenGL()
 {
     QCOMPARE(QGuiApplication::platformName(), QStringLiteral("offscreen"));
     QVERIFY2(!ChartDate3D::openGLAvailable(), "the offscreen platform has no OpenGL for Q3DBars");
@@ -188,7 +191,7 @@ void TestChartDate::placeholderWithoutOpenGL()
 }
 
 // Whatever the layout held goes; after many refreshes there is one item and one set of axes.
-void TestChartDate::refreshReplacesLayoutContent()
+void tst_ChartsDate::refreshReplacesLayoutContent()
 {
     PhotoTable table;
     QVERIFY2(table.isReady(), qPrintable(table.lastError()));
@@ -211,7 +214,7 @@ void TestChartDate::refreshReplacesLayoutContent()
     QCOMPARE(chart.rowLabels(), (QStringList { "2021", "2022" }));
 }
 
-void TestChartDate::cameraKeptWithoutGraph()
+void tst_ChartsDate::cameraKeptWithoutGraph()
 {
     PhotoTable table;
     QVERIFY2(table.isReady(), qPrintable(table.lastError()));
@@ -231,7 +234,7 @@ void TestChartDate::cameraKeptWithoutGraph()
     QCOMPARE(chart.cameraZoomFactor(), 90.0f);
 }
 
-void TestChartDate::defaultFormDrawsNothing()
+void tst_ChartsDate::defaultFormDrawsNothing()
 {
     ChartDate3D chart(nullptr);
     QVERIFY(!chart.graph());
@@ -243,5 +246,13 @@ void TestChartDate::defaultFormDrawsNothing()
     QVERIFY(chart.renderToImage(6).isNull());
 }
 
-QTEST_MAIN(TestChartDate)
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    // Fonts are measured at 96 dpi whatever the screen reports, as QtTest's own main() does.
+    app.setAttribute(Qt::AA_Use96Dpi, true);
+    tst_ChartsDate test;
+    return testutils::runTestObjects(app.arguments(), { &test });
+}
+
 #include "tst_charts_date.moc"

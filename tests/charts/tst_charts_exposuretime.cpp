@@ -4,7 +4,10 @@
 
 #include "chartsfixture.h"
 
+#include "testrunner.h"
+
 #include <QAbstractBarSeries>
+#include <QApplication>
 #include <QBarSet>
 #include <QLegend>
 #include <QPieSeries>
@@ -14,7 +17,7 @@
 
 using namespace chartsfixture;
 
-class TestChartsExposureTime : public QObject
+class tst_ChartsExposureTime : public QObject
 {
     Q_OBJECT
 
@@ -29,7 +32,7 @@ private slots:
     void pieNamesSlicesByDisplayText();
 };
 
-void TestChartsExposureTime::valueAxisIsAlwaysFiles_data()
+void tst_ChartsExposureTime::valueAxisIsAlwaysFiles_data()
 {
     QTest::addColumn<int>("chartTyp");
     QTest::addColumn<bool>("wantsValueAxisTitle");
@@ -40,7 +43,7 @@ void TestChartsExposureTime::valueAxisIsAlwaysFiles_data()
     QTest::newRow("horizontal, title not wanted") << 1 << false;
 }
 
-void TestChartsExposureTime::valueAxisIsAlwaysFiles()
+void tst_ChartsExposureTime::valueAxisIsAlwaysFiles()
 {
     QFETCH(int, chartTyp);
     QFETCH(bool, wantsValueAxisTitle);
@@ -62,7 +65,7 @@ void TestChartsExposureTime::valueAxisIsAlwaysFiles()
     QCOMPARE(axis->labelFormat(), QValueAxis().labelFormat());
 }
 
-void TestChartsExposureTime::valueLabels_data()
+void tst_ChartsExposureTime::valueLabels_data()
 {
     QTest::addColumn<int>("chartTyp");
     QTest::addColumn<bool>("wantsValueLabels");
@@ -74,7 +77,7 @@ void TestChartsExposureTime::valueLabels_data()
     QTest::newRow("horizontal, labels not wanted") << 1 << false << false;
 }
 
-void TestChartsExposureTime::valueLabels()
+void tst_ChartsExposureTime::valueLabels()
 {
     QFETCH(int, chartTyp);
     QFETCH(bool, wantsValueLabels);
@@ -94,7 +97,7 @@ void TestChartsExposureTime::valueLabels()
         QCOMPARE(series->labelsFormat(), QStringLiteral("@value"));
 }
 
-void TestChartsExposureTime::ignoresCustomSettings_data()
+void tst_ChartsExposureTime::ignoresCustomSettings_data()
 {
     QTest::addColumn<int>("chartTyp");
     QTest::newRow("vertical bars") << 0;
@@ -104,7 +107,7 @@ void TestChartsExposureTime::ignoresCustomSettings_data()
 }
 
 // Custom fonts, colours and gradients are not applied; theme, title and legend still are.
-void TestChartsExposureTime::ignoresCustomSettings()
+void tst_ChartsExposureTime::ignoresCustomSettings()
 {
     QFETCH(int, chartTyp);
 
@@ -139,7 +142,7 @@ void TestChartsExposureTime::ignoresCustomSettings()
     }
 }
 
-void TestChartsExposureTime::pieNamesSlicesByDisplayText_data()
+void tst_ChartsExposureTime::pieNamesSlicesByDisplayText_data()
 {
     QTest::addColumn<int>("chartTyp");
     QTest::addColumn<qreal>("holeSize");
@@ -147,7 +150,7 @@ void TestChartsExposureTime::pieNamesSlicesByDisplayText_data()
     QTest::newRow("donut") << 3 << 0.35;
 }
 
-void TestChartsExposureTime::pieNamesSlicesByDisplayText()
+void tst_ChartsExposureTime::pieNamesSlicesByDisplayText()
 {
     QFETCH(int, chartTyp);
     QFETCH(qreal, holeSize);
@@ -166,5 +169,13 @@ void TestChartsExposureTime::pieNamesSlicesByDisplayText()
     QVERIFY(series->slices().first()->isLabelVisible());
 }
 
-QTEST_MAIN(TestChartsExposureTime)
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    // Fonts are measured at 96 dpi whatever the screen reports, as QtTest's own main() does.
+    app.setAttribute(Qt::AA_Use96Dpi, true);
+    tst_ChartsExposureTime test;
+    return testutils::runTestObjects(app.arguments(), { &test });
+}
+
 #include "tst_charts_exposuretime.moc"

@@ -4,6 +4,9 @@
 #include "chartsfixture.h"
 #include "statisticcontroller.h"
 
+#include "testrunner.h"
+
+#include <QApplication>
 #include <QItemSelectionModel>
 #include <QLegend>
 #include <QPieSeries>
@@ -38,7 +41,7 @@ void remember(QList<QPointer<QObject>> &objects, QObject *object)
 
 } // namespace
 
-class TestChartsRefresh : public QObject
+class tst_ChartsRefresh : public QObject
 {
     Q_OBJECT
 
@@ -52,7 +55,7 @@ private slots:
     void defaultFormDrawsWithoutViews();
 };
 
-void TestChartsRefresh::switchingChartKindRedrawsFromScratch()
+void tst_ChartsRefresh::switchingChartKindRedrawsFromScratch()
 {
     ChartScene scene;
     QVERIFY2(fill(scene, { "Canon", "Nikon", "Nikon" }), qPrintable(scene.table.lastError()));
@@ -84,7 +87,7 @@ void TestChartsRefresh::switchingChartKindRedrawsFromScratch()
     }
 }
 
-void TestChartsRefresh::chartTypeOutsideRangeDrawsNothing_data()
+void tst_ChartsRefresh::chartTypeOutsideRangeDrawsNothing_data()
 {
     QTest::addColumn<int>("chartTyp");
     QTest::newRow("minus one") << -1;
@@ -92,7 +95,7 @@ void TestChartsRefresh::chartTypeOutsideRangeDrawsNothing_data()
     QTest::newRow("ninety-nine") << 99;
 }
 
-void TestChartsRefresh::chartTypeOutsideRangeDrawsNothing()
+void tst_ChartsRefresh::chartTypeOutsideRangeDrawsNothing()
 {
     QFETCH(int, chartTyp);
     ChartScene scene;
@@ -112,7 +115,7 @@ void TestChartsRefresh::chartTypeOutsideRangeDrawsNothing()
     QCOMPARE(scene.tableView.model()->rowCount(), 2);
 }
 
-void TestChartsRefresh::settingsAreCopied()
+void tst_ChartsRefresh::settingsAreCopied()
 {
     ChartScene scene;
     QVERIFY2(fill(scene, { "Canon" }), qPrintable(scene.table.lastError()));
@@ -127,7 +130,7 @@ void TestChartsRefresh::settingsAreCopied()
 
 // Each refresh replaces chart, model, mapper and the table's selection model; what was replaced
 // must be gone, or memory grows with every redraw.
-void TestChartsRefresh::refreshesDoNotLeak()
+void tst_ChartsRefresh::refreshesDoNotLeak()
 {
     ChartScene scene;
     QVERIFY2(fill(scene, { "Canon", "Nikon", "Nikon" }), qPrintable(scene.table.lastError()));
@@ -156,7 +159,7 @@ void TestChartsRefresh::refreshesDoNotLeak()
 }
 
 // The main window refreshes by destroying a controller and making a new one on the same views.
-void TestChartsRefresh::replacedControllersDoNotLeak()
+void tst_ChartsRefresh::replacedControllersDoNotLeak()
 {
     ChartScene scene;
     QVERIFY2(fill(scene, { "Canon", "Nikon" }), qPrintable(scene.table.lastError()));
@@ -178,7 +181,7 @@ void TestChartsRefresh::replacedControllersDoNotLeak()
 
 // Without database and views a refresh has nothing to show; it must neither crash nor keep more
 // than the mapper of its one drawing.
-void TestChartsRefresh::defaultFormDrawsWithoutViews()
+void tst_ChartsRefresh::defaultFormDrawsWithoutViews()
 {
     StatisticController controller(*Statistics::byKey("maker"), nullptr);
     TChartSettings settings = plainSettings(0);
@@ -190,5 +193,13 @@ void TestChartsRefresh::defaultFormDrawsWithoutViews()
     }
 }
 
-QTEST_MAIN(TestChartsRefresh)
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    // Fonts are measured at 96 dpi whatever the screen reports, as QtTest's own main() does.
+    app.setAttribute(Qt::AA_Use96Dpi, true);
+    tst_ChartsRefresh test;
+    return testutils::runTestObjects(app.arguments(), { &test });
+}
+
 #include "tst_charts_refresh.moc"

@@ -2,8 +2,11 @@
 
 #include "chartsfixture.h"
 
+#include "testrunner.h"
+
 #include <QAbstractAnimation>
 #include <QAbstractBarSeries>
+#include <QApplication>
 #include <QBarSet>
 #include <QDir>
 #include <QPieSeries>
@@ -59,7 +62,7 @@ private:
 
 } // namespace
 
-class TestChartsRender : public QObject
+class tst_ChartsRender : public QObject
 {
     Q_OBJECT
 
@@ -68,7 +71,7 @@ private slots:
     void rendersEveryChartKind();
 };
 
-void TestChartsRender::rendersEveryChartKind_data()
+void tst_ChartsRender::rendersEveryChartKind_data()
 {
     QTest::addColumn<int>("variant");
     QTest::addColumn<int>("chartTyp");
@@ -84,7 +87,7 @@ void TestChartsRender::rendersEveryChartKind_data()
 
 // The chart view grabbed once the animations are over. With KELVARO_CHART_SHOTS set to a
 // folder the images are kept there for a look.
-void TestChartsRender::rendersEveryChartKind()
+void tst_ChartsRender::rendersEveryChartKind()
 {
     QFETCH(int, variant);
     QFETCH(int, chartTyp);
@@ -137,5 +140,13 @@ void TestChartsRender::rendersEveryChartKind()
     controller.reset();
 }
 
-QTEST_MAIN(TestChartsRender)
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    // Fonts are measured at 96 dpi whatever the screen reports, as QtTest's own main() does.
+    app.setAttribute(Qt::AA_Use96Dpi, true);
+    tst_ChartsRender test;
+    return testutils::runTestObjects(app.arguments(), { &test });
+}
+
 #include "tst_charts_render.moc"

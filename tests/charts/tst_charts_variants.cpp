@@ -5,7 +5,10 @@
 #include "chartsfixture.h"
 #include "rangegroupcontroller.h"
 
+#include "testrunner.h"
+
 #include <QAbstractBarSeries>
+#include <QApplication>
 #include <QBarSet>
 #include <QChartView>
 #include <QLegend>
@@ -56,7 +59,7 @@ const QString isoDefaultStatement = QStringLiteral(
 
 } // namespace
 
-class TestChartVariants : public QObject
+class tst_ChartsVariants : public QObject
 {
     Q_OBJECT
 
@@ -80,7 +83,7 @@ private slots:
     void everyRowReachesTheChart();
 };
 
-void TestChartVariants::statisticPerVariant_data()
+void tst_ChartsVariants::statisticPerVariant_data()
 {
     QTest::addColumn<int>("variant");
     QTest::addColumn<QStringList>("headers");
@@ -126,7 +129,7 @@ void TestChartVariants::statisticPerVariant_data()
                                    << QList<qreal> { 1, 3, 1 };
 }
 
-void TestChartVariants::statisticPerVariant()
+void tst_ChartsVariants::statisticPerVariant()
 {
     QFETCH(int, variant);
     QFETCH(QStringList, headers);
@@ -145,7 +148,7 @@ void TestChartVariants::statisticPerVariant()
     QCOMPARE(firstBarSetValues(scene.chart()), counts);
 }
 
-void TestChartVariants::emptyTableGivesEmptyChart_data()
+void tst_ChartsVariants::emptyTableGivesEmptyChart_data()
 {
     QTest::addColumn<int>("variant");
     QTest::addColumn<int>("chartTyp");
@@ -160,7 +163,7 @@ void TestChartVariants::emptyTableGivesEmptyChart_data()
     }
 }
 
-void TestChartVariants::emptyTableGivesEmptyChart()
+void tst_ChartsVariants::emptyTableGivesEmptyChart()
 {
     QFETCH(int, variant);
     QFETCH(int, chartTyp);
@@ -196,7 +199,7 @@ void TestChartVariants::emptyTableGivesEmptyChart()
     }
 }
 
-void TestChartVariants::groupedStatement_data()
+void tst_ChartsVariants::groupedStatement_data()
 {
     QTest::addColumn<int>("variant");
     QTest::addColumn<QList<QString>>("ranges");
@@ -232,7 +235,7 @@ void TestChartVariants::groupedStatement_data()
                           "as Range, count(1) as Count from Dateien group by Range");
 }
 
-void TestChartVariants::groupedStatement()
+void tst_ChartsVariants::groupedStatement()
 {
     QFETCH(int, variant);
     QFETCH(QList<QString>, ranges);
@@ -245,7 +248,7 @@ void TestChartVariants::groupedStatement()
     QVERIFY2(scene.modelError().isEmpty(), qPrintable(scene.modelError()));
 }
 
-void TestChartVariants::malformedRangeIsSkipped_data()
+void tst_ChartsVariants::malformedRangeIsSkipped_data()
 {
     QTest::addColumn<QList<QString>>("ranges");
     QTest::addColumn<QStringList>("categories");
@@ -281,7 +284,7 @@ void TestChartVariants::malformedRangeIsSkipped_data()
         << QList<QString> { "abc", "1-x" } << QStringList { "Others" } << QList<qreal> { 5 };
 }
 
-void TestChartVariants::malformedRangeIsSkipped()
+void tst_ChartsVariants::malformedRangeIsSkipped()
 {
     QFETCH(QList<QString>, ranges);
     QFETCH(QStringList, categories);
@@ -302,7 +305,7 @@ void TestChartVariants::malformedRangeIsSkipped()
     QCOMPARE(count.value(0).toInt(), 5);
 }
 
-void TestChartVariants::overlappingRangesCountInFirst()
+void tst_ChartsVariants::overlappingRangesCountInFirst()
 {
     ChartScene scene;
     QVERIFY2(scene.table.isReady(), qPrintable(scene.table.lastError()));
@@ -314,7 +317,7 @@ void TestChartVariants::overlappingRangesCountInFirst()
     QCOMPARE(firstBarSetValues(scene.chart()), (QList<qreal> { 1, 3 }));
 }
 
-void TestChartVariants::focalLengthAtRangeBorders_data()
+void tst_ChartsVariants::focalLengthAtRangeBorders_data()
 {
     QTest::addColumn<QList<QString>>("ranges");
     QTest::addColumn<QStringList>("categories");
@@ -327,7 +330,7 @@ void TestChartVariants::focalLengthAtRangeBorders_data()
         << QList<qreal> { 2, 1 };
 }
 
-void TestChartVariants::focalLengthAtRangeBorders()
+void tst_ChartsVariants::focalLengthAtRangeBorders()
 {
     QFETCH(QList<QString>, ranges);
     QFETCH(QStringList, categories);
@@ -343,7 +346,7 @@ void TestChartVariants::focalLengthAtRangeBorders()
     QCOMPARE(firstBarSetValues(scene.chart()), counts);
 }
 
-void TestChartVariants::isoKeyWithFiveDigits()
+void tst_ChartsVariants::isoKeyWithFiveDigits()
 {
     ChartScene scene;
     QVERIFY2(scene.table.isReady(), qPrintable(scene.table.lastError()));
@@ -362,7 +365,7 @@ void TestChartVariants::isoKeyWithFiveDigits()
     QCOMPARE(legendLabels(scene.chart()), (QStringList { "1601-6400", "6401-12800", "Others" }));
 }
 
-void TestChartVariants::groupedPieLegendHasNoUnit_data()
+void tst_ChartsVariants::groupedPieLegendHasNoUnit_data()
 {
     QTest::addColumn<int>("variant");
     QTest::addColumn<int>("chartTyp");
@@ -381,7 +384,7 @@ void TestChartVariants::groupedPieLegendHasNoUnit_data()
     }
 }
 
-void TestChartVariants::groupedPieLegendHasNoUnit()
+void tst_ChartsVariants::groupedPieLegendHasNoUnit()
 {
     QFETCH(int, variant);
     QFETCH(int, chartTyp);
@@ -401,7 +404,7 @@ void TestChartVariants::groupedPieLegendHasNoUnit()
     QCOMPARE(sliceLabels(scene.chart()), labels);
 }
 
-void TestChartVariants::defaultRangesAreKept()
+void tst_ChartsVariants::defaultRangesAreKept()
 {
     ChartScene scene;
     QVERIFY2(scene.table.isReady(), qPrintable(scene.table.lastError()));
@@ -415,7 +418,7 @@ void TestChartVariants::defaultRangesAreKept()
     QCOMPARE(scene.modelStatement(), focalLengthDefaultStatement);
 }
 
-void TestChartVariants::modelGroupsByMakerAndModel()
+void tst_ChartsVariants::modelGroupsByMakerAndModel()
 {
     ChartScene scene;
     QVERIFY2(scene.table.isReady(), qPrintable(scene.table.lastError()));
@@ -437,7 +440,7 @@ void TestChartVariants::modelGroupsByMakerAndModel()
 }
 
 // SQLite does not tell a result's size; the model must not stop at its first block of rows.
-void TestChartVariants::everyRowReachesTheChart()
+void tst_ChartsVariants::everyRowReachesTheChart()
 {
     ChartScene scene;
     QVERIFY2(scene.table.isReady(), qPrintable(scene.table.lastError()));
@@ -454,5 +457,13 @@ void TestChartVariants::everyRowReachesTheChart()
     QCOMPARE(firstBarSetValues(scene.chart()).size(), 300);
 }
 
-QTEST_MAIN(TestChartVariants)
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    // Fonts are measured at 96 dpi whatever the screen reports, as QtTest's own main() does.
+    app.setAttribute(Qt::AA_Use96Dpi, true);
+    tst_ChartsVariants test;
+    return testutils::runTestObjects(app.arguments(), { &test });
+}
+
 #include "tst_charts_variants.moc"

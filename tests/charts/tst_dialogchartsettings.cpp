@@ -1,5 +1,8 @@
 #include "dialogchartsettingsfixture.h"
 
+#include "testrunner.h"
+
+#include <QApplication>
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QComboBox>
@@ -16,7 +19,7 @@
 
 using namespace dialogfixture;
 
-class DialogChartSettingsTest : public QObject
+class tst_DialogChartSettings : public QObject
 {
     Q_OBJECT
 
@@ -48,7 +51,7 @@ private slots:
     void realFontDialogIsAskedWithCurrentFont();
 };
 
-void DialogChartSettingsTest::formTitlesAndTabs()
+void tst_DialogChartSettings::formTitlesAndTabs()
 {
     DialogChartSettings dialog;
     QCOMPARE(dialog.windowTitle(), QString("Dialog"));
@@ -66,7 +69,7 @@ void DialogChartSettingsTest::formTitlesAndTabs()
     QCOMPARE(buttons->standardButtons(), QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
 }
 
-void DialogChartSettingsTest::widgetTexts_data()
+void tst_DialogChartSettings::widgetTexts_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("text");
@@ -95,7 +98,7 @@ rbBackgroundGradientTD=Top/Down|rbBackgoundGradientLR=Left/Right)";
     }
 }
 
-void DialogChartSettingsTest::widgetTexts()
+void tst_DialogChartSettings::widgetTexts()
 {
     QFETCH(QString, name);
     QFETCH(QString, text);
@@ -114,7 +117,7 @@ void DialogChartSettingsTest::widgetTexts()
     QCOMPARE(shown, text);
 }
 
-void DialogChartSettingsTest::comboContentsInOrder()
+void tst_DialogChartSettings::comboContentsInOrder()
 {
     DialogChartSettings dialog;
     auto *theme = child<QComboBox>(&dialog, "comboBoxTheme");
@@ -142,7 +145,7 @@ void DialogChartSettingsTest::comboContentsInOrder()
         QCOMPARE(legend->itemText(i), legends.at(i));
 }
 
-void DialogChartSettingsTest::roundTripKeepsEveryField_data()
+void tst_DialogChartSettings::roundTripKeepsEveryField_data()
 {
     QTest::addColumn<TChartSettings>("settings");
     for (int n = 0; n < 8; ++n) {
@@ -152,7 +155,7 @@ void DialogChartSettingsTest::roundTripKeepsEveryField_data()
     }
 }
 
-void DialogChartSettingsTest::roundTripKeepsEveryField()
+void tst_DialogChartSettings::roundTripKeepsEveryField()
 {
     QFETCH(TChartSettings, settings);
     DialogChartSettings dialog;
@@ -168,7 +171,7 @@ void DialogChartSettingsTest::roundTripKeepsEveryField()
     }
 }
 
-void DialogChartSettingsTest::setDataShowsTheRecord()
+void tst_DialogChartSettings::setDataShowsTheRecord()
 {
     DialogChartSettings dialog;
     TChartSettings s = record(5);
@@ -203,7 +206,7 @@ void DialogChartSettingsTest::setDataShowsTheRecord()
     QCOMPARE(child<QComboBox>(&dialog, "comboBoxLegend")->isEnabled(), false);
 }
 
-void DialogChartSettingsTest::unknownLegendPositionKeepsPreviousEntry_data()
+void tst_DialogChartSettings::unknownLegendPositionKeepsPreviousEntry_data()
 {
     QTest::addColumn<int>("previous"); // 0: a fresh dialog
     QTest::addColumn<int>("unknown");
@@ -221,7 +224,7 @@ void DialogChartSettingsTest::unknownLegendPositionKeepsPreviousEntry_data()
         << int(Qt::AlignTop) << int(Qt::AlignCenter) << 1 << int(Qt::AlignTop);
 }
 
-void DialogChartSettingsTest::unknownLegendPositionKeepsPreviousEntry()
+void tst_DialogChartSettings::unknownLegendPositionKeepsPreviousEntry()
 {
     QFETCH(int, previous);
     QFETCH(int, unknown);
@@ -240,7 +243,7 @@ void DialogChartSettingsTest::unknownLegendPositionKeepsPreviousEntry()
     QCOMPARE(dialog.data().chartLegendPos, stored);
 }
 
-void DialogChartSettingsTest::titleFieldFollowsValueAxisFlagAfterLoading_data()
+void tst_DialogChartSettings::titleFieldFollowsValueAxisFlagAfterLoading_data()
 {
     QTest::addColumn<bool>("wantsTitle");
     QTest::addColumn<bool>("wantsValueAxisTitle");
@@ -251,7 +254,7 @@ void DialogChartSettingsTest::titleFieldFollowsValueAxisFlagAfterLoading_data()
     QTest::newRow("both hidden") << false << false;
 }
 
-void DialogChartSettingsTest::titleFieldFollowsValueAxisFlagAfterLoading()
+void tst_DialogChartSettings::titleFieldFollowsValueAxisFlagAfterLoading()
 {
     QFETCH(bool, wantsTitle);
     QFETCH(bool, wantsValueAxisTitle);
@@ -276,7 +279,7 @@ void DialogChartSettingsTest::titleFieldFollowsValueAxisFlagAfterLoading()
     QCOMPARE(valueAxisText->isEnabled(), false);
 }
 
-void DialogChartSettingsTest::enablingHandlers_data()
+void tst_DialogChartSettings::enablingHandlers_data()
 {
     QTest::addColumn<QString>("checkBox");
     QTest::addColumn<QString>("target");
@@ -291,7 +294,7 @@ void DialogChartSettingsTest::enablingHandlers_data()
                             << "comboBoxLegend";
 }
 
-void DialogChartSettingsTest::enablingHandlers()
+void tst_DialogChartSettings::enablingHandlers()
 {
     QFETCH(QString, checkBox);
     QFETCH(QString, target);
@@ -313,7 +316,7 @@ void DialogChartSettingsTest::enablingHandlers()
     QCOMPARE(widget->isEnabled(), true);
 }
 
-void DialogChartSettingsTest::fontButtons_data()
+void tst_DialogChartSettings::fontButtons_data()
 {
     QTest::addColumn<QString>("button");
     QTest::addColumn<QString>("display");
@@ -332,7 +335,7 @@ void DialogChartSettingsTest::fontButtons_data()
     }
 }
 
-void DialogChartSettingsTest::fontButtons()
+void tst_DialogChartSettings::fontButtons()
 {
     QFETCH(QString, button);
     QFETCH(QString, display);
@@ -365,7 +368,7 @@ void DialogChartSettingsTest::fontButtons()
     QVERIFY2(changed.isEmpty(), qPrintable("also changed: " + changed.join(", ")));
 }
 
-void DialogChartSettingsTest::colorSwatches_data()
+void tst_DialogChartSettings::colorSwatches_data()
 {
     QTest::addColumn<QString>("swatch");
     QTest::addColumn<QString>("field");
@@ -378,7 +381,7 @@ void DialogChartSettingsTest::colorSwatches_data()
     }
 }
 
-void DialogChartSettingsTest::colorSwatches()
+void tst_DialogChartSettings::colorSwatches()
 {
     QFETCH(QString, swatch);
     QFETCH(QString, field);
@@ -414,7 +417,7 @@ void DialogChartSettingsTest::colorSwatches()
     QVERIFY2(changed.isEmpty(), qPrintable("also changed: " + changed.join(", ")));
 }
 
-void DialogChartSettingsTest::pickersOffWithoutCustomSettings()
+void tst_DialogChartSettings::pickersOffWithoutCustomSettings()
 {
     ScriptedDialog dialog;
     TChartSettings s = record(3);
@@ -434,7 +437,7 @@ void DialogChartSettingsTest::pickersOffWithoutCustomSettings()
     QCOMPARE(dialog.data().chartTitleColor, QColor(Qt::red));
 }
 
-void DialogChartSettingsTest::swatchPainting_data()
+void tst_DialogChartSettings::swatchPainting_data()
 {
     QTest::addColumn<QSize>("size");
     QTest::addColumn<QColor>("color");
@@ -447,7 +450,7 @@ void DialogChartSettingsTest::swatchPainting_data()
     QTest::newRow("wide label") << QSize(90, 36) << QColor(255, 255, 0, 60);
 }
 
-void DialogChartSettingsTest::swatchPainting()
+void tst_DialogChartSettings::swatchPainting()
 {
     QFETCH(QSize, size);
     QFETCH(QColor, color);
@@ -488,7 +491,7 @@ void DialogChartSettingsTest::swatchPainting()
     }
 }
 
-void DialogChartSettingsTest::realColorDialogIsAskedWithAlpha()
+void tst_DialogChartSettings::realColorDialogIsAskedWithAlpha()
 {
     DialogChartSettings dialog;
     TChartSettings s = record(4);
@@ -519,7 +522,7 @@ void DialogChartSettingsTest::realColorDialogIsAskedWithAlpha()
     QCOMPARE(dialog.data().chartBarColor, picked);
 }
 
-void DialogChartSettingsTest::realFontDialogIsAskedWithCurrentFont()
+void tst_DialogChartSettings::realFontDialogIsAskedWithCurrentFont()
 {
     DialogChartSettings dialog;
     TChartSettings s = record(4);
@@ -542,5 +545,13 @@ void DialogChartSettingsTest::realFontDialogIsAskedWithCurrentFont()
     QCOMPARE(dialog.data().chartLegendLabelFont, s.chartLegendLabelFont);
 }
 
-QTEST_MAIN(DialogChartSettingsTest)
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    // Fonts are measured at 96 dpi whatever the screen reports, as QtTest's own main() does.
+    app.setAttribute(Qt::AA_Use96Dpi, true);
+    tst_DialogChartSettings test;
+    return testutils::runTestObjects(app.arguments(), { &test });
+}
+
 #include "tst_dialogchartsettings.moc"

@@ -1,8 +1,10 @@
 // The manual pages under docs/man are the source of the installed ones. Each program's --help
 // and its page must name the same options, and the exit codes the page documents must be the
 // ones the program gives.
+#include "testrunner.h"
 #include "testutils.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
@@ -84,7 +86,7 @@ QStringList terms(const QStringList &lines)
 
 Q_DECLARE_METATYPE(QList<Run>)
 
-class TestManPages : public QObject
+class tst_ManPages : public QObject
 {
     Q_OBJECT
 
@@ -93,7 +95,7 @@ private slots:
     void pageMatchesProgram();
 };
 
-void TestManPages::pageMatchesProgram_data()
+void tst_ManPages::pageMatchesProgram_data()
 {
     QTest::addColumn<QString>("program");
     QTest::addColumn<QString>("page");
@@ -111,7 +113,7 @@ void TestManPages::pageMatchesProgram_data()
         << QList<Run> { { { "--version" }, 0 }, { { "MISSING" }, 1 }, { {}, 2 } };
 }
 
-void TestManPages::pageMatchesProgram()
+void tst_ManPages::pageMatchesProgram()
 {
     QFETCH(QString, program);
     QFETCH(QString, page);
@@ -151,5 +153,12 @@ void TestManPages::pageMatchesProgram()
     QCOMPARE(documentedCodes, givenCodes);
 }
 
-QTEST_GUILESS_MAIN(TestManPages)
+// The programs are run as processes and their output read: no GUI here.
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    tst_ManPages test;
+    return testutils::runTestObjects(app.arguments(), { &test });
+}
+
 #include "tst_manpages.moc"

@@ -1,7 +1,10 @@
 #include "kelvaroresources.h"
 
+#include "testrunner.h"
+
 #include <QColor>
 #include <QFile>
+#include <QGuiApplication>
 #include <QImage>
 #include <QRegularExpression>
 #include <QSet>
@@ -236,5 +239,14 @@ void tst_Resources::styleSheetImagesExist()
     QVERIFY2(missing.isEmpty(), qPrintable("missing: " + missing.join(", ")));
 }
 
-QTEST_MAIN(tst_Resources)
+// The images are decoded and drawn without a widget.
+int main(int argc, char *argv[])
+{
+    QGuiApplication app(argc, argv);
+    // Fonts are measured at 96 dpi whatever the screen reports, as QtTest's own main() does.
+    app.setAttribute(Qt::AA_Use96Dpi, true);
+    tst_Resources test;
+    return testutils::runTestObjects(app.arguments(), { &test });
+}
+
 #include "tst_resources.moc"

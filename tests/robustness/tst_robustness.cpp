@@ -1,7 +1,7 @@
-#include "testhostiletrees.h"
-#include "testjunksettings.h"
-#include "testreadermemory.h"
-#include "testscanaccess.h"
+#include "tst_hostiletrees.h"
+#include "tst_junksettings.h"
+#include "tst_readermemory.h"
+#include "tst_scanaccess.h"
 
 #include "testrunner.h"
 
@@ -15,10 +15,10 @@ int main(int argc, char *argv[])
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    TestHostileTrees trees;
-    TestScanAccess access;
-    TestReaderMemory memory;
-    TestJunkSettings settings;
+    tst_HostileTrees trees;
+    tst_ScanAccess access;
+    tst_ReaderMemory memory;
+    tst_JunkSettings settings;
     const QList<QObject *> tests { &trees, &access, &memory, &settings };
 
     return testutils::runTestObjects(app.arguments(), tests);

@@ -1,11 +1,11 @@
-#include "testfilenamepatterns.h"
-#include "testphotodatabase.h"
-#include "testphotorowinserter.h"
-#include "testreaderpool.h"
-#include "testsamplelibrary.h"
-#include "testscancolumns.h"
-#include "testscanstress.h"
-#include "testscanworker.h"
+#include "tst_filenamepatterns.h"
+#include "tst_photodatabase.h"
+#include "tst_photorowinserter.h"
+#include "tst_readerpool.h"
+#include "tst_samplelibrary.h"
+#include "tst_scancolumns.h"
+#include "tst_scanstress.h"
+#include "tst_scanworker.h"
 
 #include "testrunner.h"
 
@@ -16,14 +16,14 @@ int main(int argc, char *argv[])
 {
     // The chart controllers rebuilt during a scan need widgets (the offscreen platform).
     QApplication app(argc, argv);
-    TestFileNamePatterns patterns;
-    TestPhotoDatabase database;
-    TestPhotoRowInserter inserter;
-    TestScanWorker worker;
-    TestReaderPool pool;
-    TestScanColumns columns;
-    TestSampleLibrary samples;
-    TestScanStress stress;
+    tst_FileNamePatterns patterns;
+    tst_PhotoDatabase database;
+    tst_PhotoRowInserter inserter;
+    tst_ScanWorker worker;
+    tst_ReaderPool pool;
+    tst_ScanColumns columns;
+    tst_SampleLibrary samples;
+    tst_ScanStress stress;
     const QList<QObject *> tests { &patterns, &database, &inserter, &worker,
                                    &pool,     &columns,  &samples,  &stress };
 

@@ -1,7 +1,7 @@
 // The settings subsystem's tests: the per-chart keys of the settings store and the global
 // settings dialog.
-#include "chartsettingsstore_test.h"
-#include "globalsettingsdialog_test.h"
+#include "tst_chartsettingsstore.h"
+#include "tst_globalsettingsdialog.h"
 
 #include "testrunner.h"
 
@@ -10,7 +10,7 @@
 int main(int argc, char *argv[])
 {
     QApplication app(argc, argv);
-    ChartSettingsStoreTest store;
-    GlobalSettingsDialogTest dialog;
+    tst_ChartSettingsStore store;
+    tst_GlobalSettingsDialog dialog;
     return testutils::runTestObjects(app.arguments(), { &store, &dialog });
 }

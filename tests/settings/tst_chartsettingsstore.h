@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QObject>
+
+class tst_ChartSettingsStore : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void roundTripKeepsEveryField_data();
+    void roundTripKeepsEveryField();
+    void legendPositionIsWrittenWithCapitalC_data();
+    void legendPositionIsWrittenWithCapitalC();
+    void writesEveryKeyUnderThePrefix();
+    void emptyStoreGivesFirstStartDefaults_data();
+    void emptyStoreGivesFirstStartDefaults();
+    void prefixesKeepChartsApart();
+    void foreignValuesConvertByVariantRules_data();
+    void foreignValuesConvertByVariantRules();
+};
