@@ -162,7 +162,7 @@ QString jsonText(const QJsonValue &value)
 
 } // namespace
 
-void ToolTest::jsonGivesWhatTheScanStores_data()
+void tst_Tool::jsonGivesWhatTheScanStores_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<int>("exitCode");
@@ -210,7 +210,7 @@ void ToolTest::jsonGivesWhatTheScanStores_data()
         << QList<QJsonObject> { typical, notRecognised("x.png"), notRecognised("missing.jpg") };
 }
 
-void ToolTest::jsonGivesWhatTheScanStores()
+void tst_Tool::jsonGivesWhatTheScanStores()
 {
     QFETCH(QStringList, arguments);
     QFETCH(int, exitCode);
