@@ -6,6 +6,7 @@
 #include "benchstats.h"
 #include "photodatabase.h"
 #include "statistic.h"
+#include "statisticrows.h"
 #include "tmyworkerobject.h"
 #include "workertiming.h"
 
@@ -71,6 +72,17 @@ bool timeScans(QSqlDatabase &db, const QString &root, long expected, int passes,
     return true;
 }
 
+// Every statistic's statement run over the rows the last scan stored and read to its end, as
+// kelvaro-stats computes them; milliseconds.
+double statisticsMs(const QSqlDatabase &db)
+{
+    const auto start = benchstats::Clock::now();
+    QList<StatisticRow> rows;
+    for (const Statistic &statistic : Statistics::all())
+        readStatisticRows(statistic, db, {}, rows);
+    return benchstats::secondsBetween(start, benchstats::Clock::now()) * 1000;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -102,7 +114,9 @@ int main(int argc, char **argv)
     }
     const long hwmBefore = benchstats::procStatusKb("VmHWM");
 
-    std::vector<double> seconds, otherSeconds;
+    std::vector<double> seconds, otherSeconds, statisticsRuns;
+    // The warm-up is the process's first scan, as a window's or kelvaro-stats' first scan is.
+    double firstSeconds = 0;
     // Run 0 is the untimed warm-up: it fills the page cache and the allocator's pools. With two
     // libraries every other run takes the second one first, so that neither always goes first.
     for (int run = 0; run <= runs; ++run) {
@@ -114,6 +128,10 @@ int main(int argc, char **argv)
                 return 1;
             if (run > 0)
                 (other ? otherSeconds : seconds).push_back(elapsed);
+            else if (!other)
+                firstSeconds = elapsed;
+            if (run > 0 && !other)
+                statisticsRuns.push_back(statisticsMs(db));
         }
     }
     const long hwmAfter = benchstats::procStatusKb("VmHWM");
@@ -121,10 +139,11 @@ int main(int argc, char **argv)
 
     const double median = benchstats::median(seconds);
     std::printf("RESULT %s files=%ld passes=%d median_s=%.6f files_per_s=%.0f hwm_before_mb=%.1f "
-                "hwm_growth_mb=%.1f duplicate_name_warnings=%d runs_s=%s",
+                "hwm_growth_mb=%.1f duplicate_name_warnings=%d runs_s=%s statistics_ms=%.1f first_s=%.4f",
                 label, expected, passes, median, expected * passes / median, hwmBefore / 1024.0,
                 (hwmAfter - hwmBefore) / 1024.0, duplicateConnectionWarnings,
-                benchstats::joined(seconds, 4).c_str());
+                benchstats::joined(seconds, 4).c_str(), benchstats::median(statisticsRuns),
+                firstSeconds);
     if (!otherSeconds.empty()) {
         const double otherMedian = benchstats::median(otherSeconds);
         std::printf(" other_median_s=%.6f other_files_per_s=%.0f other_runs_s=%s", otherMedian,
