@@ -16,6 +16,7 @@
 #include <QSortFilterProxyModel>
 #include <QStatusBar>
 #include <QThread>
+#include <QToolButton>
 
 MainWindow::MainWindow(QWidget *parent)
     : MainWindow(QStringList(), parent)
@@ -77,10 +78,39 @@ void MainWindow::createMoreUI()
     // texts stay whole.
     ui->tabWidget->setUsesScrollButtons(true);
     ui->tabWidget->setElideMode(Qt::ElideNone);
+    createTabListButton();
 
     // The window opens the chart settings dialog from the statistic charts' context menu.
     for (const StatisticTab &tab : std::as_const(statisticTabs))
         tab.chartView->installEventFilter(this);
+}
+
+// A button beside the tabs lists every shown tab, so that a tab scrolled out of sight is one
+// click away.
+void MainWindow::createTabListButton()
+{
+    auto *button = new QToolButton(ui->tabWidget);
+    button->setObjectName(QStringLiteral("tabListButton"));
+    button->setText(QStringLiteral("☰"));
+    button->setToolTip(tr("All tabs"));
+    button->setAutoRaise(true);
+    button->setPopupMode(QToolButton::InstantPopup);
+    auto *menu = new QMenu(button);
+    button->setMenu(menu);
+    connect(menu, &QMenu::aboutToShow, this, [this, menu] {
+        menu->clear();
+        QTabWidget *tabs = ui->tabWidget;
+        for (int index = 0; index < tabs->count(); ++index) {
+            if (!tabs->isTabVisible(index))
+                continue;
+            QAction *action = menu->addAction(tabs->tabText(index));
+            action->setCheckable(true);
+            action->setChecked(index == tabs->currentIndex());
+            connect(action, &QAction::triggered, tabs,
+                    [tabs, index] { tabs->setCurrentIndex(index); });
+        }
+    });
+    ui->tabWidget->setCornerWidget(button, Qt::TopRightCorner);
 }
 
 void MainWindow::createViewMenu()

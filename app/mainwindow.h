@@ -121,6 +121,7 @@ private:
     // The patterns the next scan uses: the switched-on types, or every type while a run started
     // on command-line directories finds none on and the user has switched none.
     QList<QString> scanPatterns() const;
+    void createTabListButton();
     // The View menu: one checkable entry per statistic, showing or hiding its tab.
     void createViewMenu();
     void showStatisticTab(const Statistic &statistic, bool shown);

@@ -414,6 +414,7 @@ void tst_JunkSettings::tabIndexFromTheStore_data()
     QTest::newRow("larger than int")
         << "99999999999" << QVariant(QString("99999999999")).toInt() << formsCurrentTab;
     QTest::newRow("the raw-data tab") << "12" << 12 << 12;
+    QTest::newRow("the last statistic tab") << "17" << 17 << 17;
 }
 
 // An index the tab widget doesn't have leaves the form's tab current, and the member keeps the
