@@ -32,9 +32,10 @@ echo "== cmake --install into a scratch prefix"
 prefix="$scratch/prefix"
 cmake --install build/release --prefix "$prefix" >/dev/null
 app_id=org.kelvaro.Kelvaro
-for file in bin/kelvaro bin/kelvaro-exif \
+for file in bin/kelvaro bin/kelvaro-exif bin/kelvaro-stats \
     "share/applications/$app_id.desktop" "share/metainfo/$app_id.metainfo.xml" \
     share/man/man1/kelvaro.1.gz share/man/man1/kelvaro-exif.1.gz \
+    share/man/man1/kelvaro-stats.1.gz \
     "share/icons/hicolor/scalable/apps/$app_id.svg"; do
     [ -f "$prefix/$file" ] || fail "not installed: $file"
 done
@@ -87,6 +88,13 @@ code=$?
 set -e
 [ "$code" = 1 ] && [[ "$errors" == *"nonexistent.jpg: No such file or directory"* ]] \
     || fail "kelvaro-exif on a missing file: exit $code, '$errors'"
+
+# The headless statistics count the sample library's photos, in every statistic alike.
+makers=$(env -u DISPLAY XDG_CONFIG_HOME="$scratch/config" "$bin/kelvaro-stats" --format csv \
+    --statistic Maker --statistic Weekday "$scratch/samples" \
+    | awk -F';' 'NR > 1 { n[$1] += $3 } END { print n["Maker"] "/" n["Weekday"] }')
+echo "kelvaro-stats counted $makers photos (Maker/Weekday)"
+[ "$makers" = 588/588 ] || fail "kelvaro-stats counted $makers photos, not 588/588"
 
 echo "== lintian"
 report=$(lintian "$deb" 2>&1 || true)
