@@ -138,12 +138,12 @@ int main(int argc, char **argv)
     PhotoDatabase::clear(db);
 
     const double median = benchstats::median(seconds);
-    std::printf("RESULT %s files=%ld passes=%d median_s=%.6f files_per_s=%.0f hwm_before_mb=%.1f "
-                "hwm_growth_mb=%.1f duplicate_name_warnings=%d runs_s=%s statistics_ms=%.1f first_s=%.4f",
-                label, expected, passes, median, expected * passes / median, hwmBefore / 1024.0,
-                (hwmAfter - hwmBefore) / 1024.0, duplicateConnectionWarnings,
-                benchstats::joined(seconds, 4).c_str(), benchstats::median(statisticsRuns),
-                firstSeconds);
+    std::printf(
+        "RESULT %s files=%ld passes=%d median_s=%.6f files_per_s=%.0f hwm_before_mb=%.1f "
+        "hwm_growth_mb=%.1f duplicate_name_warnings=%d runs_s=%s statistics_ms=%.1f first_s=%.4f",
+        label, expected, passes, median, expected * passes / median, hwmBefore / 1024.0,
+        (hwmAfter - hwmBefore) / 1024.0, duplicateConnectionWarnings,
+        benchstats::joined(seconds, 4).c_str(), benchstats::median(statisticsRuns), firstSeconds);
     if (!otherSeconds.empty()) {
         const double otherMedian = benchstats::median(otherSeconds);
         std::printf(" other_median_s=%.6f other_files_per_s=%.0f other_runs_s=%s", otherMedian,
