@@ -96,8 +96,11 @@ void compareAllButLegendPosition(const TChartSettings &a, const TChartSettings &
     QVERIFY2(a.chartLegendLabelColor == b.chartLegendLabelColor, where);
 }
 
-const QStringList prefixes { "maker_", "model_", "lens_",    "focLen_",  "focLenG_", "iso_",
-                             "isoG_",  "fNum_",  "expTime_", "metMode_", "expMode_" };
+// The form's eleven statistics, then those added after them.
+const QStringList prefixes { "maker_",     "model_",   "lens_",    "focLen_",
+                             "focLenG_",   "iso_",     "isoG_",    "fNum_",
+                             "expTime_",   "metMode_", "expMode_", "focLen35_",
+                             "focLen35G_", "hour_",    "weekday_", "fileType_" };
 
 } // namespace
 
@@ -159,6 +162,7 @@ void tst_SettingsStore::firstStart()
     QVERIFY(probe.modelExcludes().isEmpty());
     QVERIFY(probe.focalLengthGroups().isEmpty());
     QVERIFY(probe.isoGroups().isEmpty());
+    QVERIFY(probe.focalLength35Groups().isEmpty());
     QCOMPARE(probe.readerThreads(), ReaderPool::defaultThreads);
     QCOMPARE(probe.camXRotation(), 30.0f);
     QCOMPARE(probe.camYRotation(), 30.0f);
@@ -173,10 +177,22 @@ void tst_SettingsStore::firstStartChartDefaults_data()
     QTest::addColumn<int>("chart");
     QTest::addColumn<QString>("title");
 
-    const QStringList titles { "camera manufacturer", "camera model",        "lens usage",
-                               "FocalLength usage",   "FocalLength Grouped", "ISO usage",
-                               "FocalLength usage",   "FocalLength usage",   "ExposureTime usage",
-                               "MeteringMode usage",  "ExposureMode usage" };
+    const QStringList titles { "camera manufacturer",
+                               "camera model",
+                               "lens usage",
+                               "FocalLength usage",
+                               "FocalLength Grouped",
+                               "ISO usage",
+                               "FocalLength usage",
+                               "FocalLength usage",
+                               "ExposureTime usage",
+                               "MeteringMode usage",
+                               "ExposureMode usage",
+                               "FocalLength 35mm equivalent usage",
+                               "FocalLength 35mm equivalent Grouped",
+                               "Photos per hour of day",
+                               "Photos per weekday",
+                               "Photos per file type" };
     for (int chart = 0; chart < titles.size(); ++chart)
         QTest::addRow("%s", qPrintable(prefixes.at(chart))) << chart << titles.at(chart);
 }
@@ -259,8 +275,10 @@ void tst_SettingsStore::roundTripKeepsEverythingButTheDeliberateAsymmetries()
         probe.modelExcludes() = { "iPhone6" };
         probe.focalLengthGroups() = { "24-70", "71-200" };
         probe.isoGroups() = { "100-400", "401-3200" };
+        probe.focalLength35Groups() = { "1-27", "28-300" };
         probe.readerThreads() = 7;
-        for (int chart = 0; chart < 11; ++chart)
+        QCOMPARE(probe.chartedStatistics(), prefixes.size());
+        for (int chart = 0; chart < prefixes.size(); ++chart)
             probe.chartSettings(chart) = distinctSettings(chart);
         probe.camXRotation() = 45.0f;
         probe.camYRotation() = 12.5f;
@@ -317,9 +335,10 @@ void tst_SettingsStore::roundTripKeepsEverythingButTheDeliberateAsymmetries()
     QCOMPARE(probe.modelExcludes(), (QList<QString> { "iPhone6" }));
     QCOMPARE(probe.focalLengthGroups(), (QList<QString> { "24-70", "71-200" }));
     QCOMPARE(probe.isoGroups(), (QList<QString> { "100-400", "401-3200" }));
+    QCOMPARE(probe.focalLength35Groups(), (QList<QString> { "1-27", "28-300" }));
     QCOMPARE(probe.readerThreads(), 7);
     QCOMPARE(window->findChild<QSplitter *>("splitterLens")->saveState(), lensSplitter);
-    for (int chart = 0; chart < 11; ++chart) {
+    for (int chart = 0; chart < prefixes.size(); ++chart) {
         compareAllButLegendPosition(probe.chartSettings(chart), distinctSettings(chart), chart);
         // Written with a capital C, read without: the chosen position never comes back.
         QCOMPARE(probe.chartSettings(chart).chartLegendPos, 1);

@@ -242,3 +242,20 @@ void tst_KelvaroStats::missingDirectoryIsNamedAndTheRestScanned()
     QCOMPARE(csvRows(result.out).value("Maker").join(' '),
              QString("Canon=3 NIKON CORPORATION=1 SONY=1"));
 }
+
+// For scripts and servers without a display: the program needs Qt Core and Qt Sql only, also
+// through the libraries it loads in turn.
+void tst_KelvaroStats::linksNoWidgetOrChartLibrary()
+{
+    QProcess ldd;
+    ldd.start(QStringLiteral("ldd"), { QStringLiteral(KELVARO_STATS_TOOL) });
+    if (!ldd.waitForStarted())
+        QSKIP("ldd is not available to list the libraries");
+    QVERIFY(ldd.waitForFinished(30000));
+    const QString libraries = QString::fromLocal8Bit(ldd.readAllStandardOutput());
+    QVERIFY2(libraries.contains("libQt6Core") && libraries.contains("libQt6Sql"),
+             qPrintable(libraries));
+    for (const char *library : { "libQt6Gui", "libQt6Widgets", "libQt6Charts",
+                                 "libQt6DataVisualization", "libQt6Network" })
+        QVERIFY2(!libraries.contains(library), library);
+}

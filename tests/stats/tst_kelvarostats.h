@@ -19,4 +19,5 @@ private slots:
     void usageErrors_data();
     void usageErrors();
     void missingDirectoryIsNamedAndTheRestScanned();
+    void linksNoWidgetOrChartLibrary();
 };
