@@ -11,6 +11,7 @@
 #include "chartcontroller.h"
 #include "chartdate3d.h"
 #include "filetypes.h"
+#include "kelvaroversion.h"
 #include "mainwindow.h"
 #include "photodatabase.h"
 #include "photodate.h"
@@ -270,7 +271,7 @@ int main(int argc, char **argv)
 
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Kelvaro"));
-    QApplication::setApplicationVersion(QStringLiteral("0.40"));
+    QApplication::setApplicationVersion(QStringLiteral(KELVARO_VERSION));
 
     MainWindow window(QStringList { emptyLibrary });
     MainWindowProbe probe(window);

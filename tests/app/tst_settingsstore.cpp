@@ -1,6 +1,7 @@
 // The settings store as the window reads it at construction and writes it after a confirmed
 // quit, with its deliberate asymmetries.
 #include "apptestsupport.h"
+#include "kelvaroversion.h"
 #include "localhttpserver.h"
 #include "mainwindow.h"
 #include "mainwindowprobe.h"
@@ -314,7 +315,7 @@ void tst_SettingsStore::roundTripKeepsEverythingButTheDeliberateAsymmetries()
     // What a new window makes of it. The update check is on now; it asks a local server that
     // names no newer version.
     LocalHttpServer server;
-    server.setResponse(200, "0.40");
+    server.setResponse(200, KELVARO_VERSION);
     UpdateSite::setBaseUrl(server.baseUrl());
     window = std::make_unique<MainWindow>();
     MainWindowProbe probe(*window);

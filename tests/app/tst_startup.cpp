@@ -1,5 +1,6 @@
 // main()'s steps before the window: command line, splash screen and style sheet.
 #include "apptestsupport.h"
+#include "kelvaroversion.h"
 #include "mainwindowprobe.h"
 #include "startup.h"
 #include "testutils.h"
@@ -79,7 +80,7 @@ void tst_Startup::splashScreenShowsVersionAndClosesItself()
     testutils::Sandbox sandbox;
     std::unique_ptr<QSplashScreen> splash(Startup::showSplashScreen());
     QVERIFY(splash->isVisible());
-    QCOMPARE(splash->message(), QString("Version 0.40"));
+    QCOMPARE(splash->message(), QString("Version " KELVARO_VERSION));
     QCOMPARE(splash->size(), QSize(542, 302));
     QCOMPARE(splash->minimumSize(), splash->maximumSize());
     QVERIFY(splash->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
@@ -146,9 +147,10 @@ void tst_Startup::commandLineWithoutDisplay_data()
     QTest::addColumn<QString>("output");
     QTest::addColumn<QString>("errorOutput");
 
-    QTest::newRow("--version") << QStringList { "--version" } << 0 << "Kelvaro 0.40\n"
+    QTest::newRow("--version") << QStringList { "--version" } << 0
+                               << "Kelvaro " KELVARO_VERSION "\n"
                                << "";
-    QTest::newRow("-v") << QStringList { "-v" } << 0 << "Kelvaro 0.40\n"
+    QTest::newRow("-v") << QStringList { "-v" } << 0 << "Kelvaro " KELVARO_VERSION "\n"
                         << "";
     QTest::newRow("--help lists the options") << QStringList { "--help" } << 0 << "--version"
                                               << "";

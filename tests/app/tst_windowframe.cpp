@@ -1,6 +1,7 @@
 // The window's frame: form structure, the widgets made in code, the directory tree, the order of
 // construction and the quit question.
 #include "apptestsupport.h"
+#include "kelvaroversion.h"
 #include "mainwindow.h"
 #include "mainwindowprobe.h"
 #include "testutils.h"
@@ -92,7 +93,7 @@ void tst_WindowFrame::windowAndTitle()
 {
     makeWindow();
     QCOMPARE(window->objectName(), QString("MainWindow"));
-    QCOMPARE(window->windowTitle(), QString("Kelvaro Version 0.40"));
+    QCOMPARE(window->windowTitle(), QString("Kelvaro Version " KELVARO_VERSION));
     QCOMPARE(window->size(), QSize(1113, 755));
 #ifdef Q_OS_MACOS
     // Qt keeps the unified title and tool bar only where it exists.

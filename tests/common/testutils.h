@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kelvaroversion.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QSettings>
@@ -18,7 +20,7 @@ public:
         QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, configDir());
         QCoreApplication::setOrganizationName("Kelvaro");
         QCoreApplication::setApplicationName("Kelvaro");
-        QCoreApplication::setApplicationVersion("0.40");
+        QCoreApplication::setApplicationVersion(KELVARO_VERSION);
     }
 
     bool isValid() const { return dir.isValid(); }

@@ -1,5 +1,7 @@
 #include "tst_junksettings.h"
 
+#include "kelvaroversion.h"
+
 #include "mainwindow.h"
 #include "mainwindowprobe.h"
 #include "photodatabase.h"
@@ -28,8 +30,11 @@
 
 namespace {
 
-const QStringList chartPrefixes { "maker_", "model_", "lens_",    "focLen_",  "focLenG_", "iso_",
-                                  "isoG_",  "fNum_",  "expTime_", "metMode_", "expMode_" };
+// Every charted statistic's prefix: the form's eleven, then those added after them.
+const QStringList chartPrefixes { "maker_",     "model_",   "lens_",    "focLen_",
+                                  "focLenG_",   "iso_",     "isoG_",    "fNum_",
+                                  "expTime_",   "metMode_", "expMode_", "focLen35_",
+                                  "focLen35G_", "hour_",    "weekday_", "fileType_" };
 
 const QStringList patternActions { "actionCanon_cr2", "actionCanon_cr3",     "action_dng",
                                    "actionFuji_raf",  "actionNikon_nef",     "action_jpg",
@@ -162,7 +167,7 @@ WindowValues valuesOf(MainWindow &window)
     v.focalLengthGroups = probe.focalLengthGroups();
     v.isoGroups = probe.isoGroups();
     v.lastDirectory = probe.lastDirectory();
-    for (int statistic = 0; statistic < 11; ++statistic)
+    for (int statistic = 0; statistic < chartPrefixes.size(); ++statistic)
         v.charts << probe.chartSettings(statistic);
     v.camX = probe.camXRotation();
     v.camY = probe.camYRotation();
@@ -314,7 +319,7 @@ date_camZoom=nan
 
     auto window = startWindow();
     MainWindowProbe probe(*window);
-    QCOMPARE(window->windowTitle(), QString("Kelvaro Version 0.40"));
+    QCOMPARE(window->windowTitle(), QString("Kelvaro Version " KELVARO_VERSION));
 
     // Numbers: text gives 0, and index 0 is then a real tab and a real theme.
     QCOMPARE(probe.lastTab(), 0);
@@ -344,7 +349,8 @@ date_camZoom=nan
     QVERIFY(tree->selectionModel()->selectedIndexes().isEmpty());
     QVERIFY2(!probe.workerThread(), "no scan may start without a directory");
 
-    for (int statistic = 0; statistic < 11; ++statistic) {
+    QCOMPARE(probe.chartedStatistics(), chartPrefixes.size());
+    for (int statistic = 0; statistic < chartPrefixes.size(); ++statistic) {
         const TChartSettings &s = probe.chartSettings(statistic);
         const QByteArray chart = chartPrefixes.at(statistic).toUtf8();
         QVERIFY2(s.chartTyp == 0, chart + "chartTyp: text gives 0");
@@ -571,7 +577,7 @@ void tst_JunkSettings::junkChartLooksAreDrawn()
             lastScanEnded(*window),
             qPrintable("start " + QString::number(start) + ": the scans must end"), 60000);
         QCOMPARE(probe.status(), QString("Valid files: 3"));
-        for (int statistic = 0; statistic < 11; ++statistic)
+        for (int statistic = 0; statistic < chartPrefixes.size(); ++statistic)
             QVERIFY2(probe.chartController(statistic),
                      qPrintable(chartPrefixes.at(statistic) + " chart was not built"));
         QVERIFY2(probe.chartDate3D(), "the date chart was not built");
