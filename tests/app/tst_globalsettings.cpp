@@ -20,6 +20,7 @@
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QSqlQuery>
+#include <QTableView>
 #include <QTest>
 
 #include <memory>
@@ -47,6 +48,7 @@ private slots:
     void cleanup();
 
     void okCopiesTheValuesBackAndRescans();
+    void focalLength35GroupsGoThroughTheDialog();
     void okWithoutChangesStillRescans();
     void cancelChangesNothing();
     void aNewDialogEachTime();
@@ -88,6 +90,40 @@ bool tst_GlobalSettings::scannedShoot(const QVariantMap &more)
     writeStore(values);
     window = std::make_unique<MainWindow>();
     return waitForScanEnd(*window) && MainWindowProbe(*window).status() == "Valid files: 5";
+}
+
+void tst_GlobalSettings::focalLength35GroupsGoThroughTheDialog()
+{
+    QVERIFY(scannedShoot({ { "OtherSettings/focalLength35Groups", QStringList { "1-50" } } }));
+    MainWindowProbe probe(*window);
+    QCOMPARE(probe.focalLength35Groups(), QList<QString> { "1-50" });
+
+    QString shownGroups;
+    NextModal dialog(isA<TDialogGlobalSettings>(), [&](QWidget *widget) {
+        shownGroups = widget->findChild<QLineEdit *>("leFocalLength35Groups")->text();
+        enterGroups(widget, "leFocalLength35Groups", "1-23;24-300");
+        clickButton(widget, QDialogButtonBox::Ok);
+    });
+    window->findChild<QAction *>("actionGlobalSettings")->trigger();
+    QVERIFY(dialog.answered());
+    QCOMPARE(shownGroups, QString("1-50"));
+    QCOMPARE(probe.focalLength35Groups(), (QList<QString> { "1-23", "24-300" }));
+    QVERIFY(waitForScanEnd(*window));
+
+    // The rescan built the index of the new ranges, and the tab counts by them.
+    QSqlQuery index(probe.db());
+    QVERIFY(index.exec("SELECT sql FROM sqlite_master WHERE name = 'StatFocalLength35Groups'"));
+    QVERIFY(index.next());
+    QVERIFY2(index.value(0).toString().contains("between 24 and 300 then '0024-0300'"),
+             qPrintable(index.value(0).toString()));
+    const QAbstractItemModel *table =
+        window->findChild<QTableView *>("tableViewFocalLength35G")->model();
+    QVERIFY(table);
+    QStringList keys;
+    for (int row = 0; row < table->rowCount(); ++row)
+        keys << table->index(row, 0).data().toString();
+    // The shoot's photos all have a 35 mm focal length of 50 mm.
+    QCOMPARE(keys, QStringList { "0024-0300" });
 }
 
 void tst_GlobalSettings::okCopiesTheValuesBackAndRescans()

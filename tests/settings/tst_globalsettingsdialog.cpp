@@ -30,7 +30,11 @@ template<typename T> T *child(QObject *parent, const QString &name)
 
 QList<QString> groupsOf(TDialogGlobalSettings &dialog, const QString &field)
 {
-    return field == "leFocalLengthGroups" ? dialog.focalLengthGroups() : dialog.isoGroups();
+    if (field == "leFocalLengthGroups")
+        return dialog.focalLengthGroups();
+    if (field == "leFocalLength35Groups")
+        return dialog.focalLength35Groups();
+    return dialog.isoGroups();
 }
 
 // Shows the dialog as the active window, so that focus moves as it does for a user.
@@ -409,11 +413,20 @@ void tst_GlobalSettingsDialog::groupGettersReturnTheAcceptedList()
     QCOMPARE(dialog.focalLengthGroups(), focalGroups);
     QCOMPARE(dialog.isoGroups(), isoGroups);
 
+    auto *focal35 = child<QLineEdit>(&dialog, "leFocalLength35Groups");
+    QVERIFY(focal35);
+    QList<QString> focal35Groups { "1-27", "28-300" };
+    dialog.setFocalLength35Groups(focal35Groups);
+    QCOMPARE(focal35->text(), QString("1-27;28-300"));
+    QCOMPARE(dialog.focalLength35Groups(), focal35Groups);
+
     // Text that has not been left or confirmed does not reach the getters.
     focal->setText("1-2");
     iso->setText("junk");
+    focal35->setText("3-4");
     QCOMPARE(dialog.focalLengthGroups(), focalGroups);
     QCOMPARE(dialog.isoGroups(), isoGroups);
+    QCOMPARE(dialog.focalLength35Groups(), focal35Groups);
 }
 
 void tst_GlobalSettingsDialog::invalidGroupsRefusedWhenLeavingField_data()
@@ -434,6 +447,12 @@ void tst_GlobalSettingsDialog::invalidGroupsRefusedWhenLeavingField_data()
                                          << "400-100"
                                          << "100-400;401-1600"
                                          << "Data in ISO Groups not valid";
+    QTest::newRow("35 mm focal length, overlapping ranges")
+        << "leFocalLength35Groups"
+        << "leISOGroups"
+        << "1-35;30-70"
+        << "1-23;24-34;35-70"
+        << "Data in FocalLength 35mm Groups not valid";
 }
 
 void tst_GlobalSettingsDialog::invalidGroupsRefusedWhenLeavingField()
@@ -513,6 +532,10 @@ void tst_GlobalSettingsDialog::returnPressedDecidesWhetherOkCloses_data()
                                     << "400"
                                     << "100-400"
                                     << "Data in ISO Groups not valid";
+    QTest::newRow("35 mm focal length, letters") << "leFocalLength35Groups"
+                                                 << "wide-tele"
+                                                 << "1-34;35-300"
+                                                 << "Data in FocalLength 35mm Groups not valid";
 }
 
 void tst_GlobalSettingsDialog::returnPressedDecidesWhetherOkCloses()
@@ -566,6 +589,11 @@ void tst_GlobalSettingsDialog::validGroupsLeftFieldAreSplit_data()
         << "leISOGroups"
         << "leFocalLengthGroups"
         << "100-400;401-1600;1601-12800" << QStringList { "100-400", "401-1600", "1601-12800" };
+    QTest::newRow("35 mm focal length, the classes")
+        << "leFocalLength35Groups"
+        << "leISOGroups"
+        << "1-23;24-34;35-70;71-135;136-300;301-99999"
+        << QStringList { "1-23", "24-34", "35-70", "71-135", "136-300", "301-99999" };
 }
 
 void tst_GlobalSettingsDialog::validGroupsLeftFieldAreSplit()

@@ -259,3 +259,33 @@ void tst_KelvaroStats::linksNoWidgetOrChartLibrary()
                                  "libQt6DataVisualization", "libQt6Network" })
         QVERIFY2(!libraries.contains(library), library);
 }
+
+// The count every 50 files goes to standard error while that is a terminal (here the pseudo
+// terminal of script(1)); into a pipe nothing is written there.
+void tst_KelvaroStats::progressOnlyOnATerminal()
+{
+    testutils::Sandbox sandbox;
+    const QString photos = sandbox.makeDir("photos");
+    for (int i = 1; i <= 120; ++i)
+        QVERIFY(fixture::writePhoto(photos + QString("/IMG_%1.jpg").arg(i), fixture::Format::Jpeg,
+                                    fixture::typicalTags()));
+    const Result piped = run(sandbox, { "--format", "csv", "--statistic", "Maker", photos });
+    QCOMPARE(piped.exitCode, 0);
+    QCOMPARE(piped.err, QString());
+
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("XDG_CONFIG_HOME", sandbox.configDir());
+    QProcess terminal;
+    terminal.setProcessEnvironment(environment);
+    const QString command = QString("'%1' --format csv --statistic Maker '%2'")
+                                .arg(QStringLiteral(KELVARO_STATS_TOOL), photos);
+    terminal.start("script", { "-qec", command, "/dev/null" });
+    if (!terminal.waitForStarted())
+        QSKIP("script(1) is not available to give the program a terminal");
+    QVERIFY(terminal.waitForFinished(60000));
+    QCOMPARE(terminal.exitCode(), 0);
+    const QString screen = QString::fromUtf8(terminal.readAllStandardOutput());
+    QVERIFY2(screen.contains("Scanned files... 50") && screen.contains("Scanned files... 100"),
+             qPrintable(screen));
+    QVERIFY2(screen.contains("Maker;Canon;120"), qPrintable(screen));
+}

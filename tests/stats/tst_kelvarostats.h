@@ -20,4 +20,5 @@ private slots:
     void usageErrors();
     void missingDirectoryIsNamedAndTheRestScanned();
     void linksNoWidgetOrChartLibrary();
+    void progressOnlyOnATerminal();
 };
