@@ -30,13 +30,19 @@ QString nameOf(const QString &path)
 
 QStringList patternsOf(const QString &nameOrSuffix)
 {
-    const QString pattern = QStringLiteral("*.") + nameOrSuffix.toLower();
     for (const FileType &type : all()) {
-        if (type.name.compare(nameOrSuffix, Qt::CaseInsensitive) == 0
-            || type.patterns.contains(pattern))
+        if (type.name.compare(nameOrSuffix, Qt::CaseInsensitive) == 0)
             return type.patterns;
     }
-    return {};
+    return { QStringLiteral("*.") + nameOrSuffix.toLower() };
+}
+
+QStringList allPatterns()
+{
+    QStringList patterns;
+    for (const FileType &type : all())
+        patterns << type.patterns;
+    return patterns;
 }
 
 } // namespace FileTypes

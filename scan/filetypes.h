@@ -20,8 +20,11 @@ const QList<FileType> &all();
 // capitals, and a name without one an empty text.
 QString nameOf(const QString &path);
 
-// The patterns of the type of that name or suffix (without regard to case: "cr2", "HEIC"); empty
-// when no type matches.
+// The patterns a type's name stands for, in any case ("HEIF" gives all four, "cr2" its one); any
+// other text is taken as a suffix of its own ("heic" gives "*.heic" only).
 QStringList patternsOf(const QString &nameOrSuffix);
+
+// The patterns of every type, in the table's order.
+QStringList allPatterns();
 
 } // namespace FileTypes

@@ -232,6 +232,31 @@ void tst_Statistics::fileTypeOfAName()
     QCOMPARE(FileTypes::nameOf(path), type);
 }
 
+void tst_Statistics::patternsOfATypeOrSuffix_data()
+{
+    QTest::addColumn<QString>("given");
+    QTest::addColumn<QStringList>("patterns");
+
+    QTest::newRow("a type's name") << "NEF" << QStringList { "*.nef" };
+    QTest::newRow("in small letters") << "cr2" << QStringList { "*.cr2" };
+    QTest::newRow("HEIF names every HEIF and AVIF suffix")
+        << "heif" << QStringList { "*.heic", "*.heif", "*.hif", "*.avif" };
+    QTest::newRow("one HEIF suffix alone") << "HEIC" << QStringList { "*.heic" };
+    QTest::newRow("a suffix no type has") << "JPEG" << QStringList { "*.jpeg" };
+}
+
+void tst_Statistics::patternsOfATypeOrSuffix()
+{
+    QFETCH(QString, given);
+    QFETCH(QStringList, patterns);
+    QCOMPARE(FileTypes::patternsOf(given), patterns);
+    for (const QString &pattern : std::as_const(patterns)) {
+        if (pattern != QLatin1String("*.jpeg"))
+            QVERIFY2(FileTypes::allPatterns().contains(pattern), qPrintable(pattern));
+    }
+    QCOMPARE(FileTypes::allPatterns().size(), 13);
+}
+
 void tst_Statistics::fileTypesCountedAsTheToolBarNamesThem()
 {
     for (const char *path : { "/a.JPG", "/b.jpg", "/c.hif", "/d.HEIC", "/e.orf" })

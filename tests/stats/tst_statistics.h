@@ -22,6 +22,8 @@ private slots:
     void photoHour();
     void fileTypeOfAName_data();
     void fileTypeOfAName();
+    void patternsOfATypeOrSuffix_data();
+    void patternsOfATypeOrSuffix();
     void fileTypesCountedAsTheToolBarNamesThem();
     void focalLength35UnknownLast();
     void focalLength35GroupsNameTheirClasses();

@@ -4,25 +4,6 @@
 
 namespace {
 
-// The patterns of a --type: a type's own name ("HEIF", "cr2") gives all its patterns, any other
-// suffix just its own.
-QStringList patternsOfType(const QString &type)
-{
-    for (const FileTypes::FileType &known : FileTypes::all()) {
-        if (known.name.compare(type, Qt::CaseInsensitive) == 0)
-            return known.patterns;
-    }
-    return { QStringLiteral("*.") + type.toLower() };
-}
-
-QStringList everyPattern()
-{
-    QStringList patterns;
-    for (const FileTypes::FileType &type : FileTypes::all())
-        patterns << type.patterns;
-    return patterns;
-}
-
 ParsedOptions usageError(const QString &message)
 {
     ParsedOptions parsed;
@@ -117,10 +98,10 @@ ParsedOptions parseStatsOptions(const QStringList &arguments)
             options.statistics.append(&statistic);
     }
     if (types.isEmpty()) {
-        options.patterns = everyPattern();
+        options.patterns = FileTypes::allPatterns();
     } else {
         for (const QString &type : std::as_const(types)) {
-            for (const QString &pattern : patternsOfType(type)) {
+            for (const QString &pattern : FileTypes::patternsOf(type)) {
                 if (!options.patterns.contains(pattern))
                     options.patterns << pattern;
             }
