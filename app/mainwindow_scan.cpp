@@ -6,6 +6,7 @@
 
 #include "chartcontroller.h"
 #include "chartdate3d.h"
+#include "rawdatamodel.h"
 #include "statisticcontrollers.h"
 #include "tmyworkerobject.h"
 
@@ -15,7 +16,6 @@
 #include <QFileSystemModel>
 #include <QLabel>
 #include <QSortFilterProxyModel>
-#include <QSqlTableModel>
 
 namespace {
 
@@ -194,8 +194,6 @@ void MainWindow::onWorkerOperationUpdate(int count)
 void MainWindow::onWorkerOperationDone()
 {
     tableModel->select();
-    while (tableModel->canFetchMore())
-        tableModel->fetchMore();
     labelStatus->setText("Valid files: " + QString::number(tableModel->rowCount())
                          + (everyTypeUntilSwitched
                                 ? tr(" (no file type is switched on: this run reads every type)")
