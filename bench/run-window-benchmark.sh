@@ -10,7 +10,7 @@
 # hard-linked copies of it beside it, and reused. The synthetic sample library is the baseline the
 # growth is taken against. One line per library on standard output:
 #
-#   WINDOW library=NAME photos=N rss_kib=K hwm_kib=H first_chart_ms=T scan_ms=S growth_b=G
+#   WINDOW library=NAME photos=N rss_kib=K ... (kelvaro_bench_window's fields) growth_b=G
 set -euo pipefail
 
 BUILD_DIR="$1"
