@@ -152,6 +152,7 @@ private slots:
     void sortsEveryColumnAsSqlDoes_data();
     void sortsEveryColumnAsSqlDoes();
     void rowsWrittenLaterAppearWithTheNextSelect();
+    void selectingRowsSelectsWholeRowsOneAtATime();
     void viewAfterRescanAndAfterClear();
     void exportWritesTheBytesOfAModelHoldingEveryRow_data();
     void exportWritesTheBytesOfAModelHoldingEveryRow();
@@ -279,6 +280,23 @@ void tst_RawDataModel::rowsWrittenLaterAppearWithTheNextSelect()
     QCOMPARE(model()->rowCount(), 3);
     model()->select();
     QCOMPARE(model()->rowCount(), 5);
+}
+
+void tst_RawDataModel::selectingRowsSelectsWholeRowsOneAtATime()
+{
+    window = std::make_unique<ExportWindow>();
+    QVERIFY(insertRows(db(), manyRows, 7));
+    model()->select();
+    const int farRow = manyRows - 3;
+    view()->selectRow(5);
+    view()->selectRow(farRow);
+    const QModelIndexList rows = view()->selectionModel()->selectedRows(0);
+    QCOMPARE(rows.size(), 1);
+    QCOMPARE(rows.first().row(), farRow);
+    QCOMPARE(view()->selectionModel()->selectedIndexes().size(), model()->columnCount());
+    QCOMPARE(rows.first().data(),
+             sqlRows(db(), "SELECT id FROM DATEIEN ORDER BY id").at(farRow).first());
+    QVERIFY(!(model()->flags(rows.first()) & Qt::ItemIsEditable));
 }
 
 void tst_RawDataModel::viewAfterRescanAndAfterClear()
