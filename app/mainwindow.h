@@ -25,7 +25,7 @@ class QFileSystemModel;
 class QLabel;
 class QSortFilterProxyModel;
 class QSplitter;
-class QSqlTableModel;
+class RawDataModel;
 class TMyWorkerObject;
 class TObjectFileDownloader;
 
@@ -134,7 +134,7 @@ private:
     QFileSystemModel *fileSystemModel = nullptr;
     QSortFilterProxyModel *proxyModel = nullptr;
     QSqlDatabase db;
-    QSqlTableModel *tableModel = nullptr;
+    RawDataModel *tableModel = nullptr;
     // Goes null when the thread has deleted itself after its scan.
     QPointer<QThread> workerThread;
     TMyWorkerObject *worker = nullptr;

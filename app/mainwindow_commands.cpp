@@ -6,6 +6,7 @@
 #include "chartcontroller.h"
 #include "chartdate3d.h"
 #include "dialogchartsettings.h"
+#include "rawdatamodel.h"
 #include "tdialogglobalsettings.h"
 #include "tdialognachricht.h"
 #include "tobjectfiledownloader.h"
@@ -22,7 +23,7 @@
 #include <QGuiApplication>
 #include <QMenu>
 #include <QProgressBar>
-#include <QSqlTableModel>
+#include <QSqlQuery>
 #include <QTextStream>
 
 namespace {
@@ -88,9 +89,6 @@ void MainWindow::on_actionCopyChartToClipboard_triggered()
 
 void MainWindow::on_actionExportData_triggered()
 {
-    // A view sorted by the user has been selected again and holds only the first rows.
-    while (tableModel->canFetchMore())
-        tableModel->fetchMore();
     if (tableModel->rowCount() == 0)
         return;
     const QString fileName = askExportFileName();
@@ -106,14 +104,17 @@ void MainWindow::on_actionExportData_triggered()
     progress->setMaximum(tableModel->rowCount());
     ui->statusbar->addPermanentWidget(progress, 0);
 
+    // Straight from the table in the view's order: the model holds only the rows lately shown.
+    QSqlQuery rows(db);
+    tableModel->queryRows(rows);
     QTextStream out(&file);
     const int columns = tableModel->columnCount();
-    for (int row = 0; row < tableModel->rowCount(); ++row) {
+    for (int row = 0; rows.next(); ++row) {
         progress->setValue(row);
         QList<QString> fields;
         fields.reserve(columns);
         for (int column = 0; column < columns; ++column)
-            fields.append(tableModel->data(tableModel->index(row, column)).toString());
+            fields.append(rows.value(column).toString());
         // No quoting: a ";" inside a value is written as it is.
         out << fields.join(';') << '\n';
     }

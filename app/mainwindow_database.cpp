@@ -3,10 +3,9 @@
 #include "ui_mainwindow.h"
 
 #include "photodatabase.h"
+#include "rawdatamodel.h"
 
 #include <QHeaderView>
-#include <QSqlQuery>
-#include <QSqlTableModel>
 
 bool MainWindow::createDBAndTable()
 {
@@ -30,8 +29,9 @@ void MainWindow::prepareTableModel()
                                         "METERINGMDOE",
                                         "EXPOSUREMODE" };
 
-    tableModel = new QSqlTableModel(this, db);
-    tableModel->setTable("Dateien");
+    // Holds the rows' ids and a few blocks of values, not every row: libraries of a million
+    // photos stay small.
+    tableModel = new RawDataModel(db, "Dateien", this);
     // The view shows the edit-role header when there is no display-role one.
     for (int column = 0; column < tableModel->columnCount(); ++column)
         tableModel->setHeaderData(column, Qt::Horizontal, headerLabels.value(column), Qt::EditRole);
@@ -54,4 +54,5 @@ void MainWindow::prepareTableViewRawData()
 void MainWindow::clearTable()
 {
     PhotoDatabase::clear(db);
+    tableModel->clearRows();
 }

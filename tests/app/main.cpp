@@ -11,6 +11,7 @@
 std::unique_ptr<QObject> makeStartupTest();
 std::unique_ptr<QObject> makeWindowFrameTest();
 std::unique_ptr<QObject> makeRawDataTableTest();
+std::unique_ptr<QObject> makeRawDataModelTest();
 std::unique_ptr<QObject> makeSettingsStoreTest();
 std::unique_ptr<QObject> makeScanControlTest();
 std::unique_ptr<QObject> makeChartCommandsTest();
@@ -25,6 +26,7 @@ int main(int argc, char **argv)
         makeStartupTest(),        makeWindowFrameTest(), makeRawDataTableTest(),
         makeSettingsStoreTest(),  makeScanControlTest(), makeChartCommandsTest(),
         makeGlobalSettingsTest(), makeUpdateOfferTest(), makeStatisticsViewTest(),
+        makeRawDataModelTest(),
     };
     QList<QObject *> objects;
     for (const auto &test : tests)

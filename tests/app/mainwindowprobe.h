@@ -1,12 +1,12 @@
 #pragma once
 
 #include "mainwindow.h"
+#include "rawdatamodel.h"
 
 #include <QComboBox>
 #include <QFileSystemModel>
 #include <QLabel>
 #include <QSortFilterProxyModel>
-#include <QSqlTableModel>
 
 // Lets the tests look at and drive what the window keeps to itself: its members and the private
 // steps that the form does not expose.
@@ -19,7 +19,7 @@ public:
 
     QString status() const { return w.labelStatus->text(); }
     QComboBox *themeCombo() const { return w.comboBoxThemeDate; }
-    QSqlTableModel *tableModel() const { return w.tableModel; }
+    RawDataModel *tableModel() const { return w.tableModel; }
     QSqlDatabase &db() const { return w.db; }
     QFileSystemModel *fileSystemModel() const { return w.fileSystemModel; }
     QSortFilterProxyModel *proxyModel() const { return w.proxyModel; }

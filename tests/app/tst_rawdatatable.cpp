@@ -3,12 +3,12 @@
 #include "apptestsupport.h"
 #include "mainwindow.h"
 #include "mainwindowprobe.h"
+#include "rawdatamodel.h"
 #include "testutils.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlRecord>
-#include <QSqlTableModel>
 #include <QTableView>
 #include <QTest>
 #include <QThread>
@@ -127,7 +127,7 @@ void tst_RawDataTable::headerLabels()
     QFETCH(int, column);
     QFETCH(QString, label);
 
-    QSqlTableModel *model = MainWindowProbe(*window).tableModel();
+    RawDataModel *model = MainWindowProbe(*window).tableModel();
     QCOMPARE(model->columnCount(), 13);
     QCOMPARE(model->headerData(column, Qt::Horizontal, Qt::EditRole).toString(), label);
     // What the view shows: the edit-role label stands in for the display role.
