@@ -17,6 +17,8 @@ std::unique_ptr<QObject> makeChartCommandsTest();
 std::unique_ptr<QObject> makeGlobalSettingsTest();
 std::unique_ptr<QObject> makeUpdateOfferTest();
 std::unique_ptr<QObject> makeStatisticsViewTest();
+std::unique_ptr<QObject> makeDateViewsTest();
+std::unique_ptr<QObject> makeNameHintsTest();
 
 int main(int argc, char **argv)
 {
@@ -25,6 +27,7 @@ int main(int argc, char **argv)
         makeStartupTest(),        makeWindowFrameTest(), makeRawDataTableTest(),
         makeSettingsStoreTest(),  makeScanControlTest(), makeChartCommandsTest(),
         makeGlobalSettingsTest(), makeUpdateOfferTest(), makeStatisticsViewTest(),
+        makeDateViewsTest(),      makeNameHintsTest(),
     };
     QList<QObject *> objects;
     for (const auto &test : tests)
