@@ -190,7 +190,13 @@ void CalendarChart::paintYear(QPainter &painter, int yearIndex) const
     const int year = shownYears.at(yearIndex);
     const int bandY = bandTop(yearIndex);
     const QFontMetrics metrics = fontMetrics();
-    painter.drawText(4, bandY + metrics.ascent(), QString::number(year));
+    // The year on the line of the months' names, above the weekdays.
+    QFont bold = painter.font();
+    bold.setBold(true);
+    painter.save();
+    painter.setFont(bold);
+    painter.drawText(4, bandY - 3, QString::number(year));
+    painter.restore();
     for (int row : { 0, 2, 4 })
         painter.drawText(
             left - 4

@@ -17,6 +17,8 @@ ImplausibleDatesBar::ImplausibleDatesBar(QWidget *parent)
     layout->addWidget(label, 1);
     layout->addWidget(button);
     connect(button, &QPushButton::clicked, this, [this] { emit hidingRequested(!hidden); });
+    // One line: the chart above keeps the tab's height.
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     setVisible(false);
 }
 

@@ -16,6 +16,8 @@ NameMergeHintBar::NameMergeHintBar(QWidget *parent)
     layout->addWidget(label, 1);
     layout->addWidget(button);
     connect(button, &QPushButton::clicked, this, &NameMergeHintBar::mergeRequested);
+    // One line: the table and chart above keep the page's height.
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     setVisible(false);
 }
 

@@ -9,6 +9,7 @@
 
 #include <QAbstractItemModel>
 #include <QPushButton>
+#include <QSqlRecord>
 #include <QSqlTableModel>
 #include <QTableView>
 #include <QTest>

@@ -43,6 +43,7 @@ void tst_ImplausibleDatesBar::saysHowManyAndOffersTheOtherChoice()
     ImplausibleDatesBar bar;
     bar.setState(photos, hidden);
     QCOMPARE(!bar.isHidden(), shown);
+    QCOMPARE(bar.sizePolicy().verticalPolicy(), QSizePolicy::Fixed);
     QCOMPARE(bar.text(), text);
     QCOMPARE(bar.buttonText(), button);
 

@@ -21,6 +21,9 @@ void tst_NameMergeHintBar::showsTheHintAndOffersToMerge()
     QTest::mouseClick(button, Qt::LeftButton);
     QCOMPARE(merges.size(), 1);
 
+    // One line below the page's chart: it never takes height from it.
+    QCOMPARE(bar.sizePolicy().verticalPolicy(), QSizePolicy::Fixed);
+
     bar.setHint(QString());
     QVERIFY(bar.isHidden());
 }
