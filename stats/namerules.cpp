@@ -219,18 +219,26 @@ QString apply(const QString &statement, const NameRules &rules)
 {
     if (rules.countsRawNames())
         return statement;
+    // Only the names the statement reads are rewritten: each costs a pass over the photos, and a
+    // statement that reads none (ISO, dates, ...) stays as it is.
     QStringList columns;
+    bool rewritten = false;
     for (const QString &column : tableColumns) {
-        columns.append(nameColumns.contains(column)
-                           ? columnExpression(column, rules) + QStringLiteral(" AS ") + column
-                           : column);
+        const bool named = nameColumns.contains(column)
+            && statement.contains(QRegularExpression(QStringLiteral("\\b%1\\b").arg(column),
+                                                     QRegularExpression::CaseInsensitiveOption));
+        rewritten = rewritten || named;
+        columns.append(named ? columnExpression(column, rules) + QStringLiteral(" AS ") + column
+                             : column);
     }
+    if (!rewritten)
+        return statement;
     const QString source =
         QStringLiteral("FROM (SELECT %1 FROM Dateien) AS Dateien").arg(columns.join(", "));
     static const QRegularExpression table(QStringLiteral("\\bfrom\\s+dateien\\b"),
                                           QRegularExpression::CaseInsensitiveOption);
-    QString rewritten = statement;
-    return rewritten.replace(table, source);
+    QString result = statement;
+    return result.replace(table, source);
 }
 
 } // namespace NameRulesSql

@@ -237,6 +237,20 @@ void tst_NameRules::rawNamesLeaveStatementsAlone()
     for (const Statistic &statistic : Statistics::all())
         QCOMPARE(NameRulesSql::apply(statistic.selectStatement(), NameRules()),
                  statistic.selectStatement());
+    // Under the rules, only the names a statement reads are rewritten.
+    const NameRules both = rules(true, true);
+    for (const char *untouched : { "iso", "fNumber", "exposureTime", "dateOriginal", "weekday" }) {
+        const Statistic &statistic = *Statistics::byKey(untouched);
+        QCOMPARE(NameRulesSql::apply(statistic.selectStatement(), both),
+                 statistic.selectStatement());
+    }
+    const QString maker = NameRulesSql::apply(Statistics::byKey("maker")->statement, both);
+    QVERIFY(maker.contains(NameRulesSql::columnExpression("MAKER", both) + " AS MAKER"));
+    QVERIFY(!maker.contains(NameRulesSql::columnExpression("MODEL", both)));
+    QVERIFY(!maker.contains(NameRulesSql::columnExpression("LENS", both)));
+    const QString model = NameRulesSql::apply(Statistics::byKey("model")->statement, both);
+    QVERIFY(model.contains(NameRulesSql::columnExpression("MAKER", both) + " AS MAKER"));
+    QVERIFY(model.contains(NameRulesSql::columnExpression("MODEL", both) + " AS MODEL"));
 }
 
 void tst_NameRules::makerCounts_data()
