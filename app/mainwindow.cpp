@@ -1,7 +1,9 @@
 #include "mainwindow.h"
 #include "ui_mainwindow.h"
 
+#include "dateviews.h"
 #include "filetypes.h"
+#include "namehints.h"
 #include "tdialogabout.h"
 #include "updatesite.h"
 
@@ -74,6 +76,13 @@ void MainWindow::createMoreUI()
         comboBoxThemeDate->addItem(themes.at(theme), theme);
 
     statisticTabs = makeStatisticTabs(ui->tabWidget);
+    dateViews = new DateViews(ui->tabWidget, ui->verticalLayout_7, this);
+    connect(dateViews, &DateViews::hidingChanged, this, &MainWindow::updateCharts);
+    nameHints = new NameHints(statisticTabs, this);
+    connect(nameHints, &NameHints::mergeRequested, this, [this] {
+        nameRules.mergeBlanksAndCase = true;
+        updateCharts();
+    });
     // With every statistic's tab the bar is wider than most windows: it scrolls, and the tabs'
     // texts stay whole.
     ui->tabWidget->setUsesScrollButtons(true);
@@ -125,6 +134,13 @@ void MainWindow::createViewMenu()
         connect(action, &QAction::toggled, this,
                 [this, &statistic](bool checked) { showStatisticTab(statistic, checked); });
     }
+    QAction *calendar =
+        dateViews->addViewAction(ui->menuView, !hiddenStatistics.contains(DateViews::calendarKey));
+    connect(calendar, &QAction::toggled, this, [this](bool shown) {
+        hiddenStatistics.removeAll(DateViews::calendarKey);
+        if (!shown)
+            hiddenStatistics.append(DateViews::calendarKey);
+    });
 }
 
 void MainWindow::showStatisticTab(const Statistic &statistic, bool shown)

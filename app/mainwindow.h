@@ -1,5 +1,6 @@
 #pragma once
 
+#include "namerules.h"
 #include "readerpool.h"
 #include "statistictabs.h"
 #include "tchartsettings.h"
@@ -16,6 +17,8 @@
 
 class ChartController;
 class ChartDate3D;
+class DateViews;
+class NameHints;
 class QAction;
 class QChartView;
 class QCloseEvent;
@@ -171,6 +174,11 @@ private:
     // Written to the store as "chartTheme"; nothing changes it.
     int chartTheme = 2;
     ChartDate3D *chartDate3D = nullptr;
+    // The line about implausible dates above the date chart, and the Calendar tab.
+    DateViews *dateViews = nullptr;
+    // How names are counted ("Settings..." → General), and the hints where that matters.
+    NameRules nameRules;
+    NameHints *nameHints = nullptr;
     float camXRotation = 30.0f;
     float camYRotation = 30.0f;
     float camZoom = 100.0f;

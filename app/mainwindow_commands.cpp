@@ -3,8 +3,10 @@
 #include "mainwindow.h"
 #include "ui_mainwindow.h"
 
+#include "calendarchart.h"
 #include "chartcontroller.h"
 #include "chartdate3d.h"
+#include "dateviews.h"
 #include "dialogchartsettings.h"
 #include "rawdatamodel.h"
 #include "tdialogglobalsettings.h"
@@ -83,6 +85,8 @@ void MainWindow::on_actionCopyChartToClipboard_triggered()
     else if (lastTab == 11 && chartDate3D)
         // The 3-D graph is an OpenGL window: only its own rendering shows what it draws.
         image = chartDate3D->renderToImage(6);
+    else if (lastTab == ui->tabWidget->indexOf(dateViews->calendarPage()))
+        image = dateViews->calendar()->grab().toImage();
     QGuiApplication::clipboard()->setImage(image, QClipboard::Clipboard);
     showNachricht(tr("ChartImage copied to the clipboard"));
 }
@@ -148,6 +152,9 @@ void MainWindow::on_actionGlobalSettings_triggered()
     dialog->setFocalLength35Groups(rangeGroups["focalLength35Groups"]);
     dialog->setCheckForUpdate(checkForUpdatesOnStart);
     dialog->setReaderThreads(readerThreads);
+    dialog->setMergeNames(nameRules.mergeBlanksAndCase);
+    dialog->setFriendlyMakers(nameRules.friendlyMakers);
+    dialog->setMakerAliases(MakerNames::formatAliases(nameRules.makerAliases));
     if (dialog->exec() != QDialog::Accepted)
         return;
 
@@ -158,6 +165,9 @@ void MainWindow::on_actionGlobalSettings_triggered()
     rangeGroups["focalLength35Groups"] = dialog->focalLength35Groups();
     checkForUpdatesOnStart = dialog->checkForUpdate();
     readerThreads = dialog->readerThreads();
+    nameRules.mergeBlanksAndCase = dialog->mergeNames();
+    nameRules.friendlyMakers = dialog->friendlyMakers();
+    nameRules.makerAliases = MakerNames::parseAliases(dialog->makerAliases());
     // New exclusions and groups take effect through a new scan, even when nothing changed.
     onDirectorySelectionChanged();
 }

@@ -6,6 +6,8 @@
 
 #include "chartcontroller.h"
 #include "chartdate3d.h"
+#include "dateviews.h"
+#include "namehints.h"
 #include "rawdatamodel.h"
 #include "statisticcontrollers.h"
 #include "tmyworkerobject.h"
@@ -230,14 +232,17 @@ void MainWindow::updateCharts()
         chartDate3D = nullptr;
     }
 
+    NameRulesSql::setActive(nameRules);
+    nameHints->refresh(db, nameRules.mergeBlanksAndCase);
     // Each controller runs its statistic on the main connection as it is made.
     for (StatisticTab &tab : statisticTabs)
         tab.controller = createStatisticController(*tab.statistic, db, tab.chartView, tab.tableView,
                                                    tab.settings, rangesOf(*tab.statistic), this);
 
+    const DaySpan shownDays = dateViews->refresh(db, QDate::currentDate());
     chartDate3D =
         new ChartDate3D(db, ui->layoutDateOriginal, static_cast<Q3DTheme::Theme>(chartDateTheme),
-                        camXRotation, camYRotation, camZoom, this);
+                        camXRotation, camYRotation, camZoom, shownDays, this);
 }
 
 void MainWindow::onCurrentTabWidgetChanged(int index)

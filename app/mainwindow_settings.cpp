@@ -4,6 +4,7 @@
 #include "ui_mainwindow.h"
 
 #include "chartsettingsstore.h"
+#include "dateviews.h"
 #include "readerpool.h"
 
 #include <QComboBox>
@@ -16,6 +17,21 @@ namespace {
 
 const char *const organisationName = "Kelvaro";
 const char *const applicationName = "Kelvaro";
+const char *const hideImplausibleDatesKey = "hideImplausibleDates";
+const char *const mergeNamesKey = "mergeNames";
+const char *const friendlyMakersKey = "friendlyMakers";
+const char *const makerAliasesKey = "makerAliases";
+
+// The newer settings are stored only once they differ from their default, so that a store is
+// left as it was by a user who never touched them.
+template<typename T>
+void writeUnlessDefault(QSettings &settings, const char *key, const T &value, const T &fallback)
+{
+    if (value == fallback)
+        settings.remove(key);
+    else
+        settings.setValue(key, value);
+}
 
 } // namespace
 
@@ -65,6 +81,11 @@ void MainWindow::readSettings()
     // A stored count outside the range (edited by hand) is brought into it.
     readerThreads = std::clamp(settings.value("readerThreads", ReaderPool::defaultThreads).toInt(),
                                ReaderPool::minThreads, ReaderPool::maxThreads);
+    dateViews->setHidesImplausibleDates(settings.value(hideImplausibleDatesKey, false).toBool());
+    nameRules.mergeBlanksAndCase = settings.value(mergeNamesKey, false).toBool();
+    nameRules.friendlyMakers = settings.value(friendlyMakersKey, false).toBool();
+    nameRules.makerAliases =
+        MakerNames::parseAliases(settings.value(makerAliasesKey).toStringList());
     settings.endGroup();
 
     settings.beginGroup("ChartSettings");
@@ -115,6 +136,12 @@ void MainWindow::saveSettings()
         }
     }
     settings.setValue("readerThreads", readerThreads);
+    writeUnlessDefault(settings, hideImplausibleDatesKey, dateViews->hidesImplausibleDates(),
+                       false);
+    writeUnlessDefault(settings, mergeNamesKey, nameRules.mergeBlanksAndCase, false);
+    writeUnlessDefault(settings, friendlyMakersKey, nameRules.friendlyMakers, false);
+    writeUnlessDefault(settings, makerAliasesKey, MakerNames::formatAliases(nameRules.makerAliases),
+                       QStringList());
     settings.endGroup();
 
     settings.beginGroup("ChartSettings");

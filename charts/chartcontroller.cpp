@@ -1,9 +1,14 @@
 #include "chartcontroller.h"
 
+#include "chartcategories.h"
+#include "chartrowsmodel.h"
+#include "namerules.h"
+
 #include <QBarCategoryAxis>
 #include <QBarSeries>
 #include <QBarSet>
 #include <QChartView>
+#include <QCursor>
 #include <QHeaderView>
 #include <QHorizontalBarSeries>
 #include <QItemSelectionModel>
@@ -15,9 +20,12 @@
 #include <QSqlQuery>
 #include <QSqlQueryModel>
 #include <QTableView>
+#include <QToolTip>
 #include <QVBarModelMapper>
 #include <QVPieModelMapper>
 #include <QValueAxis>
+
+#include <numeric>
 
 namespace {
 
@@ -51,6 +59,7 @@ ChartController::ChartController(QSqlDatabase &db, QChartView *chartView, QTable
 // model lets go of it when it is destroyed.
 ChartController::~ChartController()
 {
+    delete limitedRows;
     delete model;
 }
 
@@ -84,7 +93,7 @@ void ChartController::runStatistic(const QString &statement, const QStringList &
 {
     auto *newModel = new QSqlQueryModel;
     QSqlQuery query(db);
-    query.prepare(statement);
+    query.prepare(NameRulesSql::apply(statement, NameRulesSql::active()));
     query.exec();
     newModel->setQuery(std::move(query));
     // SQLite does not report the size of a result, so the model would hold only its first block
@@ -98,7 +107,79 @@ void ChartController::runStatistic(const QString &statement, const QStringList &
     model = newModel;
     if (tableView)
         showInTable();
+    limitChartRows();
     delete previous;
+}
+
+void ChartController::limitChartRows()
+{
+    delete limitedRows;
+    limitedRows = nullptr;
+    const int rows = model->rowCount();
+    const int countColumn = this->countColumn();
+    QList<qint64> counts;
+    counts.reserve(rows);
+    for (int row = 0; row < rows; ++row)
+        counts.append(model->data(model->index(row, countColumn)).toLongLong());
+    photoCount = std::accumulate(counts.cbegin(), counts.cend(), qint64(0));
+    if (rows <= chartSettings.maxCategories)
+        return;
+
+    const ChartCategories::Selection selection =
+        ChartCategories::select(counts, chartSettings.maxCategories);
+    const int columns = model->columnCount();
+    QList<QList<QVariant>> drawn;
+    for (int row : selection.keptRows) {
+        QList<QVariant> values;
+        for (int column = 0; column < columns; ++column)
+            values.append(model->data(model->index(row, column)));
+        drawn.append(values);
+    }
+    QList<QVariant> others;
+    for (int column = 0; column < columns; ++column)
+        others.append(column == countColumn
+                          ? QVariant(selection.othersCount)
+                          : QVariant(ChartCategories::othersLabel(selection.othersValues)));
+    drawn.append(others);
+    limitedRows = new ChartRowsModel(drawn, columns);
+}
+
+QAbstractItemModel *ChartController::chartRows() const
+{
+    if (limitedRows)
+        return limitedRows;
+    return model;
+}
+
+void ChartController::showHoverTexts(QAbstractBarSeries *series)
+{
+    connect(series, &QAbstractBarSeries::hovered, this, [this](bool entered, int row) {
+        if (entered)
+            showHoverText(row);
+        else
+            QToolTip::hideText();
+    });
+}
+
+void ChartController::showHoverTexts(QPieSeries *series)
+{
+    connect(series, &QPieSeries::hovered, this, [this, series](QPieSlice *slice, bool entered) {
+        if (entered)
+            showHoverText(int(series->slices().indexOf(slice)));
+        else
+            QToolTip::hideText();
+    });
+}
+
+void ChartController::showHoverText(int row)
+{
+    const QAbstractItemModel *rows = chartRows();
+    const QList<QString> labels = createCategories();
+    if (!rows || row < 0 || row >= labels.size())
+        return;
+    const qint64 count = rows->data(rows->index(row, countColumn())).toLongLong();
+    QToolTip::showText(QCursor::pos(),
+                       ChartCategories::hoverText(labels.at(row), count, photoCount), chartView);
 }
 
 // QTableView::setModel() leaves the old selection model to the caller, and gives each header a
@@ -166,9 +247,9 @@ void ChartController::mapBarSets(QAbstractBarSeries *series, int firstColumn, in
     barMapper->setFirstBarSetColumn(firstColumn);
     barMapper->setLastBarSetColumn(lastColumn);
     barMapper->setFirstRow(0);
-    barMapper->setRowCount(model->rowCount());
+    barMapper->setRowCount(chartRows()->rowCount());
     barMapper->setSeries(series);
-    barMapper->setModel(model);
+    barMapper->setModel(chartRows());
 }
 
 void ChartController::mapSlices(QPieSeries *series, int labelsColumn, int valuesColumn)
@@ -178,16 +259,22 @@ void ChartController::mapSlices(QPieSeries *series, int labelsColumn, int values
     pieMapper->setLabelsColumn(labelsColumn);
     pieMapper->setValuesColumn(valuesColumn);
     pieMapper->setFirstRow(0);
-    pieMapper->setRowCount(model->rowCount());
+    pieMapper->setRowCount(chartRows()->rowCount());
     pieMapper->setSeries(series);
-    pieMapper->setModel(model);
+    pieMapper->setModel(chartRows());
 }
 
 QValueAxis *ChartController::addBarAxes(QAbstractBarSeries *series, Qt::Alignment categorySide,
                                         Qt::Alignment valueSide)
 {
     auto *categoryAxis = new QBarCategoryAxis;
-    categoryAxis->append(createCategories());
+    const QList<QString> categories = createCategories();
+    categoryAxis->append(ChartCategories::shortenLabels(categories));
+    // Side by side, many labels leave each too little width: turned upright they keep their text.
+    if (categorySide == Qt::AlignBottom && chartView
+        && ChartCategories::needUprightLabels(categoryAxis->categories(),
+                                              categoryAxis->labelsFont(), chartView->width()))
+        categoryAxis->setLabelsAngle(-90);
     chart->addAxis(categoryAxis, categorySide);
     series->attachAxis(categoryAxis);
     auto *countAxis = new QValueAxis;
@@ -215,6 +302,7 @@ void ChartController::drawBarChart(QAbstractBarSeries *series, Qt::Alignment cat
     series->setLabelsVisible(chartSettings.wantsValueLabels);
     if (chartSettings.wantsValueLabels)
         series->setLabelsFormat("@value");
+    showHoverTexts(series);
 
     verarbeiteTitleSettings();
     verarbeiteValueAxisTitleSettings();
@@ -246,6 +334,7 @@ void ChartController::drawPieChart(qreal holeSize)
     verarbeiteCustomGradientSettings();
     createPieChartLegendeUndLabels(series);
     series->setLabelsVisible(chartSettings.wantsValueLabels);
+    showHoverTexts(series);
     showChart();
 }
 
@@ -272,10 +361,11 @@ void ChartController::showDonutChart()
 QList<QString> ChartController::createCategories()
 {
     QList<QString> categories;
-    const int rows = model ? model->rowCount() : 0;
-    categories.reserve(rows);
-    for (int row = 0; row < rows; ++row)
-        categories.append(model->data(model->index(row, 0)).toString());
+    const QAbstractItemModel *rows = model ? chartRows() : nullptr;
+    const int rowCount = rows ? rows->rowCount() : 0;
+    categories.reserve(rowCount);
+    for (int row = 0; row < rowCount; ++row)
+        categories.append(rows->data(rows->index(row, 0)).toString());
     return categories;
 }
 
@@ -287,7 +377,7 @@ void ChartController::createPieChartLegendeUndLabels(QPieSeries *series)
     for (int i = 0; i < slices.size(); ++i) {
         QPieSlice *slice = slices.at(i);
         if (i < markers.size())
-            markers.at(i)->setLabel(slice->label());
+            markers.at(i)->setLabel(ChartCategories::shortenInMiddle(slice->label()));
         slice->setLabel(percentageLabel(slice->percentage()));
     }
 }

@@ -12,6 +12,7 @@
 
 class QAbstractAxis;
 class QAbstractBarSeries;
+class QAbstractItemModel;
 class QBarSet;
 class QChartView;
 class QPieSeries;
@@ -71,6 +72,15 @@ protected:
     QAbstractAxis *valueAxis() const;
     static QString percentageLabel(qreal share);
 
+    // The rows the chart draws: the statistic's own, or, beyond the record's maxCategories, the
+    // largest of them and one row that sums the rest. The table always shows every row.
+    QAbstractItemModel *chartRows() const;
+    // The column of the statistic's rows that holds the count.
+    virtual int countColumn() const { return 1; }
+    // Hovering a bar or slice shows its full label, its count and its share of all photos.
+    void showHoverTexts(QAbstractBarSeries *series);
+    void showHoverTexts(QPieSeries *series);
+
     QPointer<QChart> chart;
     QSqlQueryModel *model = nullptr;
     QSqlDatabase db;
@@ -80,10 +90,14 @@ protected:
 
 private:
     void showInTable();
+    void limitChartRows();
+    void showHoverText(int row);
     void adoptMapper(QObject *newMapper);
     void drawBarChart(QAbstractBarSeries *series, Qt::Alignment categorySide,
                       Qt::Alignment valueSide);
     void drawPieChart(qreal holeSize);
 
     QPointer<QObject> mapper;
+    QAbstractItemModel *limitedRows = nullptr; // null while the chart draws every row
+    qint64 photoCount = 0; // the sum of every row's count
 };

@@ -50,10 +50,11 @@ void ChartControllerExpTime::showDonutChart()
 QList<QString> ChartControllerExpTime::createCategories()
 {
     QList<QString> categories;
-    const int rows = model ? model->rowCount() : 0;
-    categories.reserve(rows);
-    for (int row = 0; row < rows; ++row)
-        categories.append(model->data(model->index(row, statistic.valueColumn())).toString());
+    const QAbstractItemModel *rows = model ? chartRows() : nullptr;
+    const int rowCount = rows ? rows->rowCount() : 0;
+    categories.reserve(rowCount);
+    for (int row = 0; row < rowCount; ++row)
+        categories.append(rows->data(rows->index(row, statistic.valueColumn())).toString());
     return categories;
 }
 
@@ -73,6 +74,7 @@ void ChartControllerExpTime::drawBars(QAbstractBarSeries *series, Qt::Alignment 
     series->setLabelsVisible(valueLabels);
     if (valueLabels)
         series->setLabelsFormat("@value");
+    showHoverTexts(series);
     applyTitleAndLegend();
     finishChart();
 }
@@ -88,6 +90,7 @@ void ChartControllerExpTime::drawPie(qreal holeSize)
     applyTitleAndLegend();
     ChartController::createPieChartLegendeUndLabels(series);
     series->setLabelsVisible(chartSettings.wantsValueLabels);
+    showHoverTexts(series);
     finishChart();
 }
 

@@ -25,6 +25,7 @@ protected:
     void showPieChart() override;
     void showDonutChart() override;
     QList<QString> createCategories() override;
+    int countColumn() const override { return statistic.countColumn(); }
 
 private:
     void beginChart();

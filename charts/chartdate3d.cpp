@@ -70,6 +70,21 @@ ChartDate3D::ChartDate3D(QSqlDatabase &db, QVBoxLayout *layout, Q3DTheme::Theme 
     refreshChart();
 }
 
+ChartDate3D::ChartDate3D(QSqlDatabase &db, QVBoxLayout *layout, Q3DTheme::Theme theme,
+                         float cameraX, float cameraY, float cameraZoom, const DaySpan &shownDays,
+                         QObject *parent)
+    : QObject(parent)
+    , db(db)
+    , layout(layout)
+    , theme(theme)
+    , cameraX(cameraX)
+    , cameraY(cameraY)
+    , cameraZoom(cameraZoom)
+    , shownDays(shownDays)
+{
+    refreshChart();
+}
+
 void ChartDate3D::refreshChart()
 {
     barGraph = nullptr;
@@ -125,7 +140,7 @@ void ChartDate3D::extractDateTimeData()
         return;
     while (query.next()) {
         const QDate day = parseExifDate(query.value(0).toString());
-        if (day.isValid())
+        if (day.isValid() && shownDays.contains(day))
             photosPerDay[day] += query.value(1).toInt();
     }
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "dayspan.h"
+
 #include <Q3DTheme>
 #include <QDate>
 #include <QImage>
@@ -31,6 +33,9 @@ public:
     explicit ChartDate3D(QObject *parent = nullptr);
     ChartDate3D(QSqlDatabase &db, QVBoxLayout *layout, Q3DTheme::Theme theme, float cameraX,
                 float cameraY, float cameraZoom, QObject *parent);
+    // The same, drawing only the photos taken within `shownDays`.
+    ChartDate3D(QSqlDatabase &db, QVBoxLayout *layout, Q3DTheme::Theme theme, float cameraX,
+                float cameraY, float cameraZoom, const DaySpan &shownDays, QObject *parent);
 
     // Rebuilds the rows and the graph from the database, replacing what the layout held.
     void refreshChart();
@@ -83,6 +88,7 @@ private:
     float cameraY = 0;
     float cameraZoom = 100;
     QPointer<QWidget> container;
+    DaySpan shownDays; // unbounded unless the caller hides some days
     QMap<QDate, int> photosPerDay; // valid capture dates, ascending, with their photo counts
     QList<QList<float>> rowCounts;
     QPointer<QValue3DAxis> valueAxis;

@@ -90,6 +90,7 @@ void DialogChartSettings::setData(const TChartSettings &settings)
     ui->comboBoxLegend->setEnabled(chartSettings.wantsLegend);
 
     ui->cbWantsLabels->setChecked(chartSettings.wantsValueLabels);
+    ui->sbMaxCategories->setValue(chartSettings.maxCategories);
 }
 
 TChartSettings &DialogChartSettings::data()
@@ -103,6 +104,7 @@ TChartSettings &DialogChartSettings::data()
     chartSettings.wantsValueLabels = ui->cbWantsLabels->isChecked();
     chartSettings.chartTitleText = ui->leTitleText->text();
     chartSettings.valueAxisTitleText = ui->leValueAxisTitleText->text();
+    chartSettings.maxCategories = ui->sbMaxCategories->value();
 
     const int legendIndex = ui->comboBoxLegend->currentIndex();
     if (legendIndex >= 0 && legendIndex < 4)

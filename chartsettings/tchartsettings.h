@@ -39,4 +39,7 @@ struct TChartSettings
     int chartLegendPos = 0; // Qt::Alignment: 0x40 bottom, 0x20 top, 0x2 right, 0x1 left
     QFont chartLegendLabelFont;
     QColor chartLegendLabelColor;
+    // A bar or pie chart draws the rows with the largest counts, at most this many, and sums the
+    // rest into one "Others" bar or slice; the table keeps every row.
+    int maxCategories = 30;
 };

@@ -4,6 +4,8 @@
 #include <QFont>
 #include <QVariant>
 
+#include <algorithm>
+
 namespace ChartSettingsStore {
 
 TChartSettings read(QSettings &store, const QString &prefix, const QString &defaultTitle)
@@ -45,6 +47,7 @@ TChartSettings read(QSettings &store, const QString &prefix, const QString &defa
         store.value(prefix + "chartPlotAreaGradientTo", QColor()).value<QColor>();
     s.chartPlotAreaGradientOrientation =
         store.value(prefix + "chartPlotAreaGradientOrientation").toInt();
+    s.maxCategories = std::max(1, store.value(prefix + "maxCategories", s.maxCategories).toInt());
     return s;
 }
 
@@ -77,6 +80,11 @@ void write(QSettings &store, const QString &prefix, const TChartSettings &s)
     store.setValue(prefix + "chartPlotAreaGradientFrom", QVariant(s.chartPlotAreaGradientFrom));
     store.setValue(prefix + "chartPlotAreaGradientTo", QVariant(s.chartPlotAreaGradientTo));
     store.setValue(prefix + "chartPlotAreaGradientOrientation", s.chartPlotAreaGradientOrientation);
+    // Only a limit the user changed is stored, so that an untouched chart's keys stay as before.
+    if (s.maxCategories == TChartSettings().maxCategories)
+        store.remove(prefix + "maxCategories");
+    else
+        store.setValue(prefix + "maxCategories", s.maxCategories);
 }
 
 } // namespace ChartSettingsStore

@@ -5,7 +5,7 @@
 #include <QSettings>
 #include <QString>
 
-// The per-chart part of the settings store: the 25 keys "<prefix><field>" of one chart
+// The per-chart part of the settings store: the keys "<prefix><field>" of one chart
 // ("maker_chartTyp", ...). The caller has already opened the group "ChartSettings".
 namespace ChartSettingsStore {
 

@@ -65,6 +65,42 @@ bool TDialogGlobalSettings::checkForUpdate()
     return ui->checkBoxUpdates->isChecked();
 }
 
+void TDialogGlobalSettings::setMergeNames(bool merge)
+{
+    ui->checkBoxMergeNames->setChecked(merge);
+}
+
+bool TDialogGlobalSettings::mergeNames() const
+{
+    return ui->checkBoxMergeNames->isChecked();
+}
+
+void TDialogGlobalSettings::setFriendlyMakers(bool friendly)
+{
+    ui->checkBoxFriendlyMakers->setChecked(friendly);
+}
+
+bool TDialogGlobalSettings::friendlyMakers() const
+{
+    return ui->checkBoxFriendlyMakers->isChecked();
+}
+
+void TDialogGlobalSettings::setMakerAliases(const QStringList &entries)
+{
+    ui->plainTextEditMakerAliases->setPlainText(entries.join(QLatin1Char('\n')));
+}
+
+QStringList TDialogGlobalSettings::makerAliases() const
+{
+    QStringList entries;
+    const QStringList lines = ui->plainTextEditMakerAliases->toPlainText().split(QLatin1Char('\n'));
+    for (const QString &line : lines) {
+        if (!line.trimmed().isEmpty())
+            entries.append(line.trimmed());
+    }
+    return entries;
+}
+
 void TDialogGlobalSettings::setReaderThreads(int count)
 {
     ui->spinBoxReaderThreads->setValue(count);

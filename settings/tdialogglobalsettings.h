@@ -30,6 +30,15 @@ public:
     void setReaderThreads(int count);
     int readerThreads();
 
+    // "Count names that differ only in blanks and case together", "Friendly maker names" and the
+    // user's maker spellings ("spelling = name", one per entry; empty lines are dropped).
+    void setMergeNames(bool merge);
+    bool mergeNames() const;
+    void setFriendlyMakers(bool friendly);
+    bool friendlyMakers() const;
+    void setMakerAliases(const QStringList &entries);
+    QStringList makerAliases() const;
+
     void setMakerExcludes(QList<QString> &makers);
     QList<QString> makerExcludes();
     void setModelExcludes(QList<QString> &models);

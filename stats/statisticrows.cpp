@@ -1,5 +1,6 @@
 #include "statisticrows.h"
 
+#include "namerules.h"
 #include "photodate.h"
 
 #include <QDate>
@@ -40,7 +41,8 @@ bool readStatisticRows(const Statistic &statistic, const QSqlDatabase &db,
     rows.clear();
     QSqlQuery query(db);
     query.setForwardOnly(true);
-    if (!query.exec(statistic.selectStatement(ranges))) {
+    if (!query.exec(
+            NameRulesSql::apply(statistic.selectStatement(ranges), NameRulesSql::active()))) {
         if (error)
             *error = query.lastError().text();
         return false;

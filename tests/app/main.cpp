@@ -18,6 +18,8 @@ std::unique_ptr<QObject> makeChartCommandsTest();
 std::unique_ptr<QObject> makeGlobalSettingsTest();
 std::unique_ptr<QObject> makeUpdateOfferTest();
 std::unique_ptr<QObject> makeStatisticsViewTest();
+std::unique_ptr<QObject> makeDateViewsTest();
+std::unique_ptr<QObject> makeNameHintsTest();
 
 int main(int argc, char **argv)
 {
@@ -26,7 +28,7 @@ int main(int argc, char **argv)
         makeStartupTest(),        makeWindowFrameTest(), makeRawDataTableTest(),
         makeSettingsStoreTest(),  makeScanControlTest(), makeChartCommandsTest(),
         makeGlobalSettingsTest(), makeUpdateOfferTest(), makeStatisticsViewTest(),
-        makeRawDataModelTest(),
+        makeRawDataModelTest(),   makeDateViewsTest(),   makeNameHintsTest(),
     };
     QList<QObject *> objects;
     for (const auto &test : tests)

@@ -91,7 +91,7 @@ void tst_StatisticsView::viewMenuShowsAndHidesTabs()
     QVERIFY(!tabShown("Maker"));
     QVERIFY(tabShown("Model"));
     // Hidden, not removed: every tab keeps its index.
-    QCOMPARE(window->findChild<QTabWidget *>("tabWidget")->count(), 18);
+    QCOMPARE(window->findChild<QTabWidget *>("tabWidget")->count(), 19);
     QCOMPARE(MainWindowProbe(*window).hiddenStatistics(), (QStringList { "weekday", "maker" }));
     maker->trigger();
     QVERIFY(tabShown("Maker"));

@@ -267,7 +267,7 @@ void tst_WindowFrame::menus_data()
                                    "actionViewExposureMode",  "actionViewDateOriginal",
                                    "actionViewFocalLength35", "actionViewFocalLength35G",
                                    "actionViewHourOfDay",     "actionViewWeekday",
-                                   "actionViewFileType" };
+                                   "actionViewFileType",      "actionViewCalendar" };
     QTest::newRow("Help") << "menuHelp"
                           << "Help" << QStringList { "actionAbout_Kelvaro", "actionAbout_Qt" };
 }
@@ -437,6 +437,11 @@ void tst_WindowFrame::tabs_data()
                         << "File Type"
                         << "layoutFileType"
                         << "FileType";
+    // The calendar of shooting days after every statistic's tab.
+    QTest::newRow("18") << 18 << "tabCalendar"
+                        << "Calendar"
+                        << "layoutCalendar"
+                        << "";
 }
 
 void tst_WindowFrame::tabs()
@@ -449,7 +454,7 @@ void tst_WindowFrame::tabs()
 
     makeWindow();
     auto *tabWidget = child<QTabWidget>("tabWidget");
-    QCOMPARE(tabWidget->count(), 18);
+    QCOMPARE(tabWidget->count(), 19);
     QWidget *page = tabWidget->widget(index);
     QCOMPARE(page->objectName(), tab);
     QCOMPARE(tabWidget->tabText(index), text);
@@ -478,10 +483,12 @@ void tst_WindowFrame::tabWidgetAndDateTab()
     QVERIFY(!tabWidget->autoFillBackground());
 
     QLayout *outer = child<QWidget>("tabDateOriginal")->layout();
-    QCOMPARE(outer->count(), 1);
+    QCOMPARE(outer->count(), 2);
     auto *inner = qobject_cast<QVBoxLayout *>(outer->itemAt(0)->layout());
     QVERIFY2(inner, "the date chart gets an inner vertical box layout");
     QCOMPARE(inner->objectName(), QString("layoutDateOriginal"));
+    // Below the chart, the line about photos dated before 1990 or after today.
+    QCOMPARE(outer->itemAt(1)->widget()->objectName(), QString("implausibleDatesBar"));
 
     QCOMPARE(child<QWidget>("tabRawData")->layout()->itemAt(0)->widget(),
              child<QTableView>("tableViewRawData"));

@@ -97,6 +97,7 @@ inline TChartSettings record(int n)
     s.chartBackgroundGradientOrientation = n % 2 ? Qt::Vertical : Qt::Horizontal;
     s.chartPlotAreaGradientOrientation = n % 3 ? Qt::Horizontal : Qt::Vertical;
     s.chartLegendPos = legendValues[n % 4];
+    s.maxCategories = 1 + 7 * n;
     return s;
 }
 

@@ -11,9 +11,11 @@
 #include <QLabel>
 #include <QPointer>
 #include <QTest>
+
 #include <QVBoxLayout>
 #include <QValue3DAxis>
 #include <QWidget>
+#include <numeric>
 
 using namespace chartsfixture;
 
@@ -54,6 +56,8 @@ private slots:
     void refreshReplacesLayoutContent();
     void cameraKeptWithoutGraph();
     void defaultFormDrawsNothing();
+    void hiddenDaysLeaveTheChart_data();
+    void hiddenDaysLeaveTheChart();
 };
 
 void tst_ChartsDate::parsesExifDates_data()
@@ -244,6 +248,57 @@ void tst_ChartsDate::defaultFormDrawsNothing()
     chart.refreshChart();
     QVERIFY(chart.rowLabels().isEmpty());
     QVERIFY(chart.renderToImage(6).isNull());
+}
+
+void tst_ChartsDate::hiddenDaysLeaveTheChart_data()
+{
+    QTest::addColumn<QStringList>("dates");
+    QTest::addColumn<QStringList>("allRows");
+    QTest::addColumn<QStringList>("plausibleRows");
+    QTest::addColumn<int>("hidden");
+
+    // "Today" is 2026-11-24 for these rows.
+    QTest::newRow("an unset clock's 1970 before real years")
+        << QStringList { "1970:01:01 00:00:00", "2023:03:14 10:00:00", "2024:05:01 09:00:00" }
+        << QStringList { "1970", "1971" } << QStringList { "2023", "2024" } << 1;
+    QTest::newRow("last day before 1990 and first day of 1990")
+        << QStringList { "1989:12:31 23:59:59", "1990:01:01 00:00:00", "1991:06:01 12:00:00" }
+        << QStringList { "1989", "1990" } << QStringList { "1990", "1991" } << 1;
+    QTest::newRow("today stays, tomorrow goes")
+        << QStringList { "2026:11:24 12:00:00", "2026:11:25 08:00:00", "2026:01:01 08:00:00" }
+        << QStringList { "January", "February" } << QStringList { "January", "February" } << 1;
+    QTest::newRow("2000 and zeros")
+        << QStringList { "2000:01:01 00:00:00", "0000:00:00 00:00:00", "2001:01:01 00:00:00" }
+        << QStringList { "2000", "2001" } << QStringList { "2000", "2001" } << 0;
+}
+
+// The rows begin with the listed labels; with the span, the implausible ones are not drawn.
+void tst_ChartsDate::hiddenDaysLeaveTheChart()
+{
+    QFETCH(QStringList, dates);
+    QFETCH(QStringList, allRows);
+    QFETCH(QStringList, plausibleRows);
+    QFETCH(int, hidden);
+
+    PhotoTable table;
+    QVERIFY2(table.insertDates(dates), qPrintable(table.lastError()));
+    Page page;
+    ChartDate3D all(table.database(), page.layout, Q3DTheme::ThemeQt, 0, 0, 100, nullptr);
+    QCOMPARE(all.rowLabels().mid(0, 2), allRows);
+    Page other;
+    ChartDate3D plausible(table.database(), other.layout, Q3DTheme::ThemeQt, 0, 0, 100,
+                          DaySpan::plausible(QDate(2026, 11, 24)), nullptr);
+    QCOMPARE(plausible.rowLabels().mid(0, 2), plausibleRows);
+    float drawnAll = 0;
+    float drawnPlausible = 0;
+    for (const auto &row : all.rowValues())
+        drawnAll += std::accumulate(row.cbegin(), row.cend(), 0.0f);
+    for (const auto &row : plausible.rowValues())
+        drawnPlausible += std::accumulate(row.cbegin(), row.cend(), 0.0f);
+    // A date of zeros is no date and is never drawn.
+    const int dated = int(dates.size() - dates.count("0000:00:00 00:00:00"));
+    QCOMPARE(drawnAll, float(dated));
+    QCOMPARE(drawnPlausible, float(dated - hidden));
 }
 
 int main(int argc, char *argv[])

@@ -3,6 +3,7 @@
 #include "testrunner.h"
 
 #include <QApplication>
+#include <QBoxLayout>
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QComboBox>
@@ -12,6 +13,7 @@
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QRegularExpression>
+#include <QSpinBox>
 #include <QTabWidget>
 #include <QTest>
 #include <QTimer>
@@ -63,6 +65,14 @@ void tst_DialogChartSettings::formTitlesAndTabs()
     QVERIFY(tabs->widget(0)->isAncestorOf(child<QWidget>(&dialog, "comboBoxTyp")));
     QVERIFY(tabs->widget(1)->isAncestorOf(child<QWidget>(&dialog, "comboBoxTheme")));
     QVERIFY(tabs->widget(1)->isAncestorOf(child<QWidget>(&dialog, "groupBoxCustomSettings")));
+    QVERIFY(tabs->widget(0)->isAncestorOf(child<QWidget>(&dialog, "sbMaxCategories")));
+    // The category limit comes after the legend's settings, with a default of 30.
+    auto *page = qobject_cast<QBoxLayout *>(tabs->widget(0)->layout());
+    QVERIFY(page);
+    QCOMPARE(page->indexOf(child<QWidget>(&dialog, "groupBoxCategories")),
+             page->indexOf(child<QWidget>(&dialog, "groupBox_2")) + 1);
+    QCOMPARE(child<QSpinBox>(&dialog, "sbMaxCategories")->value(), 30);
+    QCOMPARE(child<QSpinBox>(&dialog, "sbMaxCategories")->minimum(), 1);
 
     auto *buttons = dialog.findChild<QDialogButtonBox *>();
     QVERIFY(buttons);
@@ -91,7 +101,8 @@ label_16=Color & Opacity:|groupBox_11=Chart Plot Area Gradient|label_17=Color fr
 label_18=to:|groupBox_13=Orientation|rbPlotAreaGradientTD=Top/Down|
 rbPlotAreaGradientLR=Left/Right|groupBox_10=Chart Background Gradient|
 label_13=Color from:|label_14=to:|groupBox_12=Orientation|
-rbBackgroundGradientTD=Top/Down|rbBackgoundGradientLR=Left/Right)";
+rbBackgroundGradientTD=Top/Down|rbBackgoundGradientLR=Left/Right|
+groupBoxCategories=Category Settings|labelMaxCategories=Most bars or slices:)";
     for (const QString &entry : texts.split(QRegularExpression("[|\\n]"), Qt::SkipEmptyParts)) {
         const QString name = entry.section('=', 0, 0);
         QTest::newRow(qPrintable(name)) << name << entry.section('=', 1);
@@ -198,6 +209,7 @@ void tst_DialogChartSettings::setDataShowsTheRecord()
     QCOMPARE(child<QCheckBox>(&dialog, "cbWantsLegend")->isChecked(), true);
     QCOMPARE(child<QComboBox>(&dialog, "comboBoxLegend")->isEnabled(), true);
     QCOMPARE(child<QCheckBox>(&dialog, "cbWantsLabels")->isChecked(), false);
+    QCOMPARE(child<QSpinBox>(&dialog, "sbMaxCategories")->value(), 36);
 
     s.wantsCustomThemeSettings = false;
     s.wantsLegend = false;

@@ -28,7 +28,8 @@ QList<QPair<QString, QVariant>> fieldsOf(const TChartSettings &s)
              { "wantsLegend", s.wantsLegend },
              { "chartLegendPos", s.chartLegendPos },
              { "chartLegendLabelFont", s.chartLegendLabelFont },
-             { "chartLegendLabelColor", s.chartLegendLabelColor } };
+             { "chartLegendLabelColor", s.chartLegendLabelColor },
+             { "maxCategories", s.maxCategories } };
 }
 
 QVariant fieldValue(const TChartSettings &s, const QString &name)

@@ -47,6 +47,7 @@ TChartSettings customLook()
     s.chartLegendPos = Qt::AlignTop;
     s.chartLegendLabelFont = font("DejaVu Sans Mono", 6, false, false);
     s.chartLegendLabelColor = QColor(12, 34, 56, 78);
+    s.maxCategories = 12;
     return s;
 }
 
@@ -207,6 +208,7 @@ void tst_ChartSettingsStore::emptyStoreGivesFirstStartDefaults()
     QCOMPARE(s.wantsValueLabels, false);
     QCOMPARE(s.chartBackgroundGradientOrientation, 0);
     QCOMPARE(s.chartPlotAreaGradientOrientation, 0);
+    QCOMPARE(s.maxCategories, 30);
     for (const QFont &f :
          { s.chartTitleFont, s.valueAxisTitleFont, s.chartAxisLabelFont, s.chartLegendLabelFont })
         QCOMPARE(f, QFont());
@@ -215,6 +217,58 @@ void tst_ChartSettingsStore::emptyStoreGivesFirstStartDefaults()
            s.chartLegendLabelColor, s.chartBackgroundGradientFrom, s.chartBackgroundGradientTo,
            s.chartPlotAreaGradientFrom, s.chartPlotAreaGradientTo })
         QVERIFY2(!c.isValid(), qPrintable("colour " + c.name(QColor::HexArgb) + " is valid"));
+}
+
+void tst_ChartSettingsStore::categoryLimitIsStoredOnlyWhenChanged_data()
+{
+    QTest::addColumn<int>("limit");
+    QTest::addColumn<bool>("stored");
+    QTest::addColumn<int>("readBack");
+    QTest::newRow("default") << 30 << false << 30;
+    QTest::newRow("smaller") << 5 << true << 5;
+    QTest::newRow("larger") << 400 << true << 400;
+    QTest::newRow("one") << 1 << true << 1;
+}
+
+void tst_ChartSettingsStore::categoryLimitIsStoredOnlyWhenChanged()
+{
+    QFETCH(int, limit);
+    QFETCH(bool, stored);
+    QFETCH(int, readBack);
+    testutils::Sandbox sandbox;
+    // A changed limit first, so that going back to the default must remove the key again.
+    TChartSettings s = customLook();
+    s.maxCategories = 7;
+    writeChart(storeFile(sandbox), "maker_", s);
+    s.maxCategories = limit;
+    writeChart(storeFile(sandbox), "maker_", s);
+
+    QSettings store(storeFile(sandbox), QSettings::IniFormat);
+    QCOMPARE(store.contains("ChartSettings/maker_maxCategories"), stored);
+    QCOMPARE(readChart(storeFile(sandbox), "maker_", "camera manufacturer").maxCategories,
+             readBack);
+}
+
+void tst_ChartSettingsStore::unusableCategoryLimitReadsAsOne_data()
+{
+    QTest::addColumn<QVariant>("stored");
+    QTest::addColumn<int>("limit");
+    QTest::newRow("zero") << QVariant(0) << 1;
+    QTest::newRow("negative") << QVariant(-4) << 1;
+    QTest::newRow("text") << QVariant("many") << 1;
+    QTest::newRow("number as text") << QVariant("12") << 12;
+}
+
+void tst_ChartSettingsStore::unusableCategoryLimitReadsAsOne()
+{
+    QFETCH(QVariant, stored);
+    QFETCH(int, limit);
+    testutils::Sandbox sandbox;
+    {
+        QSettings store(storeFile(sandbox), QSettings::IniFormat);
+        store.setValue("ChartSettings/lens_maxCategories", stored);
+    }
+    QCOMPARE(readChart(storeFile(sandbox), "lens_", "lens usage").maxCategories, limit);
 }
 
 void tst_ChartSettingsStore::prefixesKeepChartsApart()

@@ -14,6 +14,10 @@ private slots:
     void writesEveryKeyUnderThePrefix();
     void emptyStoreGivesFirstStartDefaults_data();
     void emptyStoreGivesFirstStartDefaults();
+    void categoryLimitIsStoredOnlyWhenChanged_data();
+    void categoryLimitIsStoredOnlyWhenChanged();
+    void unusableCategoryLimitReadsAsOne_data();
+    void unusableCategoryLimitReadsAsOne();
     void prefixesKeepChartsApart();
     void foreignValuesConvertByVariantRules_data();
     void foreignValuesConvertByVariantRules();

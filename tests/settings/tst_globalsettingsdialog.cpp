@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QSpinBox>
@@ -115,6 +116,8 @@ QStringList describePage(QWidget *page)
             lines << "check:" + check->objectName() + ":" + check->text();
         } else if (auto *edit = qobject_cast<QLineEdit *>(w)) {
             lines << "edit:" + edit->objectName();
+        } else if (auto *text = qobject_cast<QPlainTextEdit *>(w)) {
+            lines << "text:" + text->objectName();
         } else if (auto *frame = qobject_cast<QFrame *>(w)) {
             const bool sunkenLine =
                 frame->frameShape() == QFrame::HLine && frame->frameShadow() == QFrame::Sunken;
@@ -240,11 +243,18 @@ void tst_GlobalSettingsDialog::pageContents_data()
     QTest::addColumn<QString>("page");
     QTest::addColumn<QStringList>("contents");
 
-    QTest::newRow("general: update switch, then the files read at once")
+    QTest::newRow("general: update switch, the files read at once, then how names count")
         << "seite_1"
-        << QStringList { "heading:Updates", "check:checkBoxUpdates:Check on application start",
+        << QStringList { "heading:Updates",
+                         "check:checkBoxUpdates:Check on application start",
                          "heading:Reading",
-                         "row:label:Files read at once|spin:spinBoxReaderThreads:1-64" };
+                         "row:label:Files read at once|spin:spinBoxReaderThreads:1-64",
+                         "heading:Names",
+                         "check:checkBoxMergeNames:Count names that differ only in blanks and "
+                         "case together",
+                         "check:checkBoxFriendlyMakers:Friendly maker names",
+                         "hint:Your own maker spellings, one per line as spelling = name:",
+                         "text:plainTextEditMakerAliases" };
     QTest::newRow("groups: focal length, ISO and 35 mm focal length fields with hints")
         << "seite_2"
         << QStringList { "heading:Define Focal-Length Groups",
@@ -320,6 +330,48 @@ void tst_GlobalSettingsDialog::checkForUpdateRoundTrip()
     dialog.setCheckForUpdate(check);
     QCOMPARE(box->isChecked(), check);
     QCOMPARE(dialog.checkForUpdate(), check);
+}
+
+void tst_GlobalSettingsDialog::nameSettingsRoundTrip_data()
+{
+    QTest::addColumn<bool>("merge");
+    QTest::addColumn<bool>("friendly");
+    QTest::addColumn<QStringList>("aliases");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QStringList>("readBack");
+
+    QTest::newRow("off, no aliases") << false << false << QStringList {} << "" << QStringList {};
+    QTest::newRow("both on, two aliases")
+        << true << true << QStringList { "Grandpa Cam = Zenit", "A = B" }
+        << "Grandpa Cam = Zenit\nA = B" << QStringList { "Grandpa Cam = Zenit", "A = B" };
+    QTest::newRow("an alias added, one edited, one removed, blank lines dropped")
+        << false << true << QStringList { "A = B", "C = D" } << "A = B2\n\n  E = F  \n"
+        << QStringList { "A = B2", "E = F" };
+}
+
+void tst_GlobalSettingsDialog::nameSettingsRoundTrip()
+{
+    QFETCH(bool, merge);
+    QFETCH(bool, friendly);
+    QFETCH(QStringList, aliases);
+    QFETCH(QString, typed);
+    QFETCH(QStringList, readBack);
+
+    TDialogGlobalSettings dialog;
+    // Off by default.
+    QVERIFY(!child<QCheckBox>(&dialog, "checkBoxMergeNames")->isChecked());
+    QVERIFY(!child<QCheckBox>(&dialog, "checkBoxFriendlyMakers")->isChecked());
+    dialog.setMergeNames(merge);
+    dialog.setFriendlyMakers(friendly);
+    dialog.setMakerAliases(aliases);
+    QCOMPARE(child<QCheckBox>(&dialog, "checkBoxMergeNames")->isChecked(), merge);
+    QCOMPARE(child<QCheckBox>(&dialog, "checkBoxFriendlyMakers")->isChecked(), friendly);
+    auto *text = child<QPlainTextEdit>(&dialog, "plainTextEditMakerAliases");
+    QCOMPARE(text->toPlainText(), aliases.join('\n'));
+    QCOMPARE(dialog.mergeNames(), merge);
+    QCOMPARE(dialog.friendlyMakers(), friendly);
+    text->setPlainText(typed);
+    QCOMPARE(dialog.makerAliases(), readBack);
 }
 
 void tst_GlobalSettingsDialog::readerThreadsRoundTrip_data()

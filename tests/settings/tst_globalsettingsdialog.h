@@ -19,6 +19,8 @@ private slots:
 
     void checkForUpdateRoundTrip_data();
     void checkForUpdateRoundTrip();
+    void nameSettingsRoundTrip_data();
+    void nameSettingsRoundTrip();
     void readerThreadsRoundTrip_data();
     void readerThreadsRoundTrip();
     void exclusionListsJoinAndSplit_data();

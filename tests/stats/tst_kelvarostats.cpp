@@ -197,6 +197,69 @@ void tst_KelvaroStats::storedExclusionsApply()
     QCOMPARE(csvRows(result.out).value("Maker").join(' '), QString("Canon=3 NIKON CORPORATION=1"));
 }
 
+void tst_KelvaroStats::messyNamesCountedTogetherOnRequest_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QStringList>("makers");
+
+    QTest::newRow("as the files hold them") << QStringList {}
+                                            << QStringList { "EASTMAN KODAK COMPANY =1",
+                                                             "EASTMAN KODAK COMPANY=1",
+                                                             "Eastman Kodak Company=1",
+                                                             "Grandpa Cam=1",
+                                                             "JVC  =1",
+                                                             "JVC=2",
+                                                             "NIKON CORPORATION=1",
+                                                             "NIKON=1",
+                                                             "jvc=1" };
+    QTest::newRow("--merge-names") << QStringList { "--merge-names" }
+                                   << QStringList { "EASTMAN KODAK COMPANY=3", "Grandpa Cam=1",
+                                                    "JVC=4", "NIKON CORPORATION=1", "NIKON=1" };
+    QTest::newRow("--friendly-makers") << QStringList { "--friendly-makers" }
+                                       << QStringList { "JVC=4", "Kodak=3", "Nikon=2", "Zenit=1" };
+    QTest::newRow("both") << QStringList { "--merge-names", "--friendly-makers" }
+                          << QStringList { "JVC=4", "Kodak=3", "Nikon=2", "Zenit=1" };
+}
+
+// Files whose makers differ only in trailing blanks, NULs and case, and the user's aliases in a
+// chain and in a circle.
+void tst_KelvaroStats::messyNamesCountedTogetherOnRequest()
+{
+    QFETCH(QStringList, options);
+    QFETCH(QStringList, makers);
+    testutils::Sandbox sandbox;
+    const QString photos = sandbox.makeDir("messy");
+    const QString nul(QChar(0));
+    const QStringList written { "JVC",
+                                "JVC  ",
+                                "jvc",
+                                "JVC" + nul + nul + " ",
+                                "EASTMAN KODAK COMPANY",
+                                "Eastman Kodak Company",
+                                "EASTMAN KODAK COMPANY ",
+                                "NIKON",
+                                "NIKON CORPORATION",
+                                "Grandpa Cam" };
+    for (int i = 0; i < written.size(); ++i) {
+        fixture::PhotoTags tags = fixture::typicalTags();
+        tags.make = written.at(i);
+        QVERIFY(fixture::writePhoto(photos + QString("/IMG_%1.jpg").arg(i), fixture::Format::Jpeg,
+                                    tags));
+    }
+    {
+        QSettings store(QSettings::IniFormat, QSettings::UserScope, "Kelvaro", "Kelvaro");
+        store.setValue(
+            "OtherSettings/makerAliases",
+            QStringList { "Grandpa Cam = Zenit Old", "zenit old = Zenit", "A = B", "B = A" });
+    }
+    const Result result =
+        run(sandbox, QStringList { "--format", "csv", "--statistic", "Maker" } + options << photos);
+    QCOMPARE(result.exitCode, 0);
+    QStringList counted = csvRows(result.out).value("Maker");
+    counted.sort();
+    QCOMPARE(counted, makers);
+}
+
 void tst_KelvaroStats::usageErrors_data()
 {
     QTest::addColumn<QStringList>("arguments");

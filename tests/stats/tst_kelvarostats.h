@@ -16,6 +16,8 @@ private slots:
     void typesAndSubdirectories_data();
     void typesAndSubdirectories();
     void storedExclusionsApply();
+    void messyNamesCountedTogetherOnRequest_data();
+    void messyNamesCountedTogetherOnRequest();
     void usageErrors_data();
     void usageErrors();
     void missingDirectoryIsNamedAndTheRestScanned();

@@ -1,5 +1,6 @@
 #include "tst_statistics.h"
 
+#include "dayspan.h"
 #include "filetypes.h"
 #include "photodatabase.h"
 #include "photodate.h"
@@ -45,6 +46,75 @@ void tst_Statistics::cleanup()
     db.close();
     db = QSqlDatabase();
     QSqlDatabase::removeDatabase(PhotoDatabase::mainConnection);
+}
+
+void tst_Statistics::plausibleDaysAtTheirBoundaries_data()
+{
+    QTest::addColumn<QDate>("day");
+    QTest::addColumn<bool>("plausible");
+
+    // "Today" is 2026-11-24.
+    QTest::newRow("1989-12-31") << QDate(1989, 12, 31) << false;
+    QTest::newRow("1990-01-01") << QDate(1990, 1, 1) << true;
+    QTest::newRow("today") << QDate(2026, 11, 24) << true;
+    QTest::newRow("tomorrow") << QDate(2026, 11, 25) << false;
+    QTest::newRow("1970, an unset clock") << QDate(1970, 1, 1) << false;
+    QTest::newRow("2000, an unset clock") << QDate(2000, 1, 1) << true;
+    QTest::newRow("2099") << QDate(2099, 1, 1) << false;
+    QTest::newRow("year 1") << QDate(1, 1, 1) << false;
+}
+
+void tst_Statistics::plausibleDaysAtTheirBoundaries()
+{
+    QFETCH(QDate, day);
+    QFETCH(bool, plausible);
+    QCOMPARE(DaySpan::plausible(QDate(2026, 11, 24)).contains(day), plausible);
+    // Without bounds every day is drawn.
+    QVERIFY(DaySpan().contains(day));
+}
+
+void tst_Statistics::implausibleDatesCountedFromTheDayRows_data()
+{
+    QTest::addColumn<QStringList>("dates");
+    QTest::addColumn<qint64>("outside");
+    QTest::addColumn<int>("days");
+
+    QTest::newRow("around 1990") << QStringList { "1989:12:31 23:59:59", "1990:01:01 00:00:00",
+                                                  "1990:01:01 08:00:00" }
+                                 << qint64(1) << 2;
+    QTest::newRow("around today") << QStringList { "2026:11:24 23:59:59", "2026:11:25 00:00:00",
+                                                   "2026:11:25 00:00:01" }
+                                  << qint64(2) << 2;
+    QTest::newRow("unset clocks") << QStringList { "0000:00:00 00:00:00", "1970:01:01 00:00:00",
+                                                   "2000:01:01 00:00:00", "n.a." }
+                                  << qint64(1) << 2;
+    QTest::newRow("only plausible") << QStringList { "2019:06:01 10:00:00" } << qint64(0) << 1;
+}
+
+void tst_Statistics::implausibleDatesCountedFromTheDayRows()
+{
+    QFETCH(QStringList, dates);
+    QFETCH(qint64, outside);
+    QFETCH(int, days);
+    for (const QString &date : dates)
+        QVERIFY(addPhoto(QStringLiteral("Canon"), QStringLiteral("EOS R5"), 50, date,
+                         QStringLiteral("/p/IMG.JPG"), QVariant(), QVariant()));
+    QList<StatisticRow> rows;
+    QVERIFY(readStatisticRows(*Statistics::byKey(Statistics::dateOriginal), db, {}, rows));
+    const QMap<QDate, qint64> perDay = photosPerDay(rows);
+    QCOMPARE(perDay.size(), days);
+    const DaySpan plausible = DaySpan::plausible(QDate(2026, 11, 24));
+    QCOMPARE(photosOutside(perDay, plausible), outside);
+    const QMap<QDate, qint64> within = daysWithin(perDay, plausible);
+    qint64 inside = 0;
+    for (qint64 count : within)
+        inside += count;
+    qint64 all = 0;
+    for (qint64 count : perDay)
+        all += count;
+    QCOMPARE(inside + outside, all);
+    for (auto it = within.cbegin(); it != within.cend(); ++it)
+        QVERIFY(plausible.contains(it.key()));
 }
 
 bool tst_Statistics::addPhoto(const QString &maker, const QString &model, double focalLength,

@@ -13,6 +13,10 @@ private slots:
     void cleanup();
 
     void registryRowsAreDistinct();
+    void plausibleDaysAtTheirBoundaries_data();
+    void plausibleDaysAtTheirBoundaries();
+    void implausibleDatesCountedFromTheDayRows_data();
+    void implausibleDatesCountedFromTheDayRows();
     void formStatisticsKeepTheirNames_data();
     void formStatisticsKeepTheirNames();
     void everyStatisticCountsEveryPhoto();

@@ -1,5 +1,6 @@
 #include "testrunner.h"
 #include "tst_kelvarostats.h"
+#include "tst_namerules.h"
 #include "tst_statistics.h"
 
 #include <QCoreApplication>
@@ -9,5 +10,6 @@ int main(int argc, char *argv[])
     QCoreApplication app(argc, argv);
     tst_Statistics statistics;
     tst_KelvaroStats program;
-    return testutils::runTestObjects(app.arguments(), { &statistics, &program });
+    tst_NameRules names;
+    return testutils::runTestObjects(app.arguments(), { &statistics, &program, &names });
 }

@@ -1,6 +1,8 @@
 #include "tdialogabout.h"
 #include "tdialognachricht.h"
 #include "tlabelclickable.h"
+#include "tst_implausibledatesbar.h"
+#include "tst_namemergehintbar.h"
 #include "twidgetscrollingtext.h"
 #include "urlcatcher.h"
 
@@ -661,7 +663,9 @@ int main(int argc, char *argv[])
     // Fonts are measured at 96 dpi whatever the screen reports, as QtTest's own main() does.
     app.setAttribute(Qt::AA_Use96Dpi, true);
     tst_Widgets test;
-    return testutils::runTestObjects(app.arguments(), { &test });
+    tst_ImplausibleDatesBar datesBar;
+    tst_NameMergeHintBar nameHint;
+    return testutils::runTestObjects(app.arguments(), { &test, &datesBar, &nameHint });
 }
 
 #include "tst_widgets.moc"

@@ -20,6 +20,7 @@ StoredScanSettings StoredScanSettings::read()
     StoredScanSettings settings;
     settings.makerExcludes = store.value(QStringLiteral("makerExcludes")).toStringList();
     settings.modelExcludes = store.value(QStringLiteral("modelExcludes")).toStringList();
+    settings.makerAliases = store.value(QStringLiteral("makerAliases")).toStringList();
     for (const Statistic &statistic : Statistics::all()) {
         if (statistic.rangeGroups) {
             const QString &key = statistic.rangeGroups->settingsKey;

@@ -9,13 +9,14 @@
 #include <functional>
 
 // What kelvaro-stats takes from the window's settings store, so that both count alike: the
-// exclusion lists, the range groups and how many files are read at once.
+// exclusion lists, the range groups, how many files are read at once and the maker aliases.
 struct StoredScanSettings
 {
     QList<QString> makerExcludes;
     QList<QString> modelExcludes;
     QHash<QString, QList<QString>> rangeGroups; // by the statistic's settings key
     int readerThreads = 0;
+    QStringList makerAliases; // "spelling = name", used with --friendly-makers
 
     static StoredScanSettings read();
 };

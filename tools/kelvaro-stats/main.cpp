@@ -1,5 +1,5 @@
 // kelvaro-stats [--format text|csv|json] [--statistic TITLE]... [--type SUFFIX]...
-//               [--no-subdirectories] DIRECTORY...
+//               [--no-subdirectories] [--merge-names] [--friendly-makers] DIRECTORY...
 //
 // Scans the directories with the window's worker, the user's exclusion lists and range groups,
 // and prints every statistic (or the named ones) computed by the window's own statements. Exit
@@ -7,6 +7,7 @@
 // (docs/man/kelvaro-stats.1).
 #include "headlessscan.h"
 #include "kelvaroversion.h"
+#include "namerules.h"
 #include "statsoptions.h"
 #include "statsreport.h"
 
@@ -87,6 +88,12 @@ int main(int argc, char *argv[])
     });
     if (showProgress)
         err() << '\r' << QString(40, QLatin1Char(' ')) << '\r' << Qt::flush;
+
+    NameRules names;
+    names.mergeBlanksAndCase = options.mergeNames;
+    names.friendlyMakers = options.friendlyMakers;
+    names.makerAliases = MakerNames::parseAliases(settings.makerAliases);
+    NameRulesSql::setActive(names);
 
     StatsReport report;
     report.photos = scan.photoCount();

@@ -29,6 +29,9 @@ QString statsUsage()
                "as cr2 or jpg,\n"
                "                         or HEIF for every HEIF and AVIF suffix; any case\n"
                "  --no-subdirectories    only the files directly in each directory\n"
+               "  --merge-names          count names that differ only in blanks and case "
+               "together\n"
+               "  --friendly-makers      count each maker under one name for its spellings\n"
                "  -h, --help             print this help and exit\n"
                "  -v, --version          print the version and exit\n"
                "Statistics:\n")
@@ -57,6 +60,10 @@ ParsedOptions parseStatsOptions(const QStringList &arguments)
         }
         if (argument == QLatin1String("--no-subdirectories")) {
             options.includeSubDirs = false;
+        } else if (argument == QLatin1String("--merge-names")) {
+            options.mergeNames = true;
+        } else if (argument == QLatin1String("--friendly-makers")) {
+            options.friendlyMakers = true;
         } else if (argument == QLatin1String("--format")) {
             const auto format = value();
             if (format == QLatin1String("text"))

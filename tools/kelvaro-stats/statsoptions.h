@@ -15,6 +15,8 @@ struct StatsOptions
     QList<const Statistic *> statistics; // every statistic when none is named
     QStringList patterns; // the file types' name patterns
     bool includeSubDirs = true;
+    bool mergeNames = false; // names that differ only in blanks, NULs and case count as one
+    bool friendlyMakers = false; // makers under one name for their spellings
     QStringList directories;
 };
 
