@@ -5,12 +5,12 @@
 #include "mainwindow.h"
 #include "mainwindowprobe.h"
 #include "namemergehintbar.h"
+#include "rawdatamodel.h"
 #include "testutils.h"
 
 #include <QAbstractItemModel>
 #include <QPushButton>
 #include <QSqlRecord>
-#include <QSqlTableModel>
 #include <QTableView>
 #include <QTest>
 
@@ -109,10 +109,11 @@ void tst_NameHints::hintOffersToMergeAndTheChoiceIsKept()
     QVERIFY(hint("Maker")->isHidden());
     QVERIFY(hint("Model")->isHidden());
     // The raw rows keep the names as the files hold them.
-    QSqlTableModel *raw = MainWindowProbe(*window).tableModel();
+    RawDataModel *raw = MainWindowProbe(*window).tableModel();
     QStringList makers;
+    const int makerColumn = raw->record().indexOf("MAKER");
     for (int row = 0; row < raw->rowCount(); ++row)
-        makers << raw->record(row).value("MAKER").toString();
+        makers << raw->index(row, makerColumn).data().toString();
     QVERIFY2(makers.contains("JVC  "), qPrintable(makers.join('|')));
     QVERIFY(makers.contains("Eastman Kodak Company"));
 
