@@ -2,6 +2,13 @@
 
 #include "cataloguerecord.h"
 
+#include <QFile>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <utility>
+
 namespace {
 
 QString folderOfPath(const QString &path, QString *name)
@@ -21,6 +28,26 @@ bool isWithin(const QString &folder, const QString &ancestor)
 
 } // namespace
 
+CatalogueScan::FolderHandle::FolderHandle(const QString &path)
+    : fd(::open(QFile::encodeName(path).constData(), O_PATH | O_DIRECTORY | O_CLOEXEC))
+{ }
+
+CatalogueScan::FolderHandle::~FolderHandle()
+{
+    if (fd >= 0)
+        ::close(fd);
+}
+
+CatalogueScan::FolderHandle::FolderHandle(FolderHandle &&other) noexcept
+    : fd(std::exchange(other.fd, -1))
+{ }
+
+CatalogueScan::FolderHandle &CatalogueScan::FolderHandle::operator=(FolderHandle &&other) noexcept
+{
+    std::swap(fd, other.fd);
+    return *this;
+}
+
 CatalogueScan::CatalogueScan(PhotoCatalogue &catalogue, const QStringList &patterns)
     : catalogue(catalogue)
     , patterns(patterns)
@@ -31,8 +58,9 @@ CatalogueScan::Lookup CatalogueScan::lookup(const QString &path)
     Lookup lookup;
     QString name;
     const QString folder = folderOfPath(path, &name);
-    lookup.stamp = PhotoCatalogue::FileStamp::of(path);
     OpenFolder &open = folderOf(folder);
+    lookup.stamp = open.handle.fd >= 0 ? PhotoCatalogue::FileStamp::of(open.handle.fd, name)
+                                       : PhotoCatalogue::FileStamp::of(path);
     const std::optional<PhotoCatalogue::Entry> entry =
         open.unlisted.contains(name) ? std::optional(open.unlisted.take(name)) : std::nullopt;
     if (!entry || !lookup.stamp || !(entry->stamp == *lookup.stamp))
@@ -66,7 +94,7 @@ CatalogueScan::OpenFolder &CatalogueScan::folderOf(const QString &folder)
         open.pop_back();
     }
     if (open.empty() || open.back().path != folder)
-        open.push_back({ folder, catalogue.folderEntries(folder) });
+        open.push_back({ folder, catalogue.folderEntries(folder), FolderHandle(folder) });
     return open.back();
 }
 

@@ -44,11 +44,24 @@ public:
     void rootLeft();
 
 private:
+    // A folder held open while its files are looked at: each file's stat() then walks one name
+    // instead of the whole path.
+    class FolderHandle
+    {
+    public:
+        explicit FolderHandle(const QString &path);
+        ~FolderHandle();
+        FolderHandle(FolderHandle &&other) noexcept;
+        FolderHandle &operator=(FolderHandle &&other) noexcept;
+        int fd = -1;
+    };
+
     struct OpenFolder
     {
         QString path;
         // The remembered files not listed yet.
         QHash<QString, PhotoCatalogue::Entry> unlisted;
+        FolderHandle handle;
     };
 
     OpenFolder &folderOf(const QString &folder);

@@ -47,6 +47,8 @@ public:
         // Taken with stat(), links followed as the reader follows them; nullopt when the file
         // cannot be looked at.
         static std::optional<FileStamp> of(const QString &path);
+        // The same for a file of the folder open as folderFd: the path is not walked again.
+        static std::optional<FileStamp> of(int folderFd, const QString &name);
     };
 
     // One remembered file of a folder. A file that is not a photo has an empty record.
