@@ -147,6 +147,8 @@ void MainWindow::on_actionGlobalSettings_triggered()
     dialog->setFocalLength35Groups(rangeGroups["focalLength35Groups"]);
     dialog->setCheckForUpdate(checkForUpdatesOnStart);
     dialog->setReaderThreads(readerThreads);
+    dialog->setRememberPhotos(rememberPhotos);
+    dialog->setForgetUnseenAfterDays(forgetUnseenAfterDays);
     if (dialog->exec() != QDialog::Accepted)
         return;
 
@@ -157,6 +159,9 @@ void MainWindow::on_actionGlobalSettings_triggered()
     rangeGroups["focalLength35Groups"] = dialog->focalLength35Groups();
     checkForUpdatesOnStart = dialog->checkForUpdate();
     readerThreads = dialog->readerThreads();
+    rememberPhotos = dialog->rememberPhotos();
+    forgetUnseenAfterDays = dialog->forgetUnseenAfterDays();
+    forgetPhotosAtNextScan = forgetPhotosAtNextScan || dialog->forgetPhotosRequested();
     // New exclusions and groups take effect through a new scan, even when nothing changed.
     onDirectorySelectionChanged();
 }

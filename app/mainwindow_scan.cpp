@@ -154,6 +154,16 @@ void MainWindow::doWorkerOperation()
     // the grouped charts' indexes for the refresh that follows it.
     worker->setGroupedStatisticIndexes(groupedStatisticIndexes());
     worker->setReaderThreads(readerThreads);
+    if (!catalogueSwitchedOff) {
+        TMyWorkerObject::CatalogueUse use;
+        use.file = PhotoCatalogue::defaultFile();
+        use.useForScan = rememberPhotos;
+        use.forgetUnseenAfterDays = forgetUnseenAfterDays;
+        use.forgetEverything = forgetPhotosAtNextScan;
+        worker->setCatalogue(use);
+        forgetPhotosAtNextScan = false;
+    }
+    catalogueNote.clear();
     workerThread = new QThread(this);
     worker->moveToThread(workerThread);
 
@@ -164,6 +174,8 @@ void MainWindow::doWorkerOperation()
     connect(workerThread, &QThread::finished, worker, &QObject::deleteLater);
     connect(worker, &TMyWorkerObject::operationDone, this, &MainWindow::onWorkerOperationDone);
     connect(worker, &TMyWorkerObject::operationUpdate, this, &MainWindow::onWorkerOperationUpdate);
+    connect(worker, &TMyWorkerObject::catalogueNote, this,
+            [this](const QString &note) { catalogueNote = note; });
     // After the window's own slot. A stopped scan still ends with operationDone(), late: only a
     // scan that ran to its end is announced. (By number: the finished thread may already have
     // deleted the worker, and a new one can live at the same address.)
@@ -196,10 +208,11 @@ void MainWindow::onWorkerOperationDone()
     tableModel->select();
     while (tableModel->canFetchMore())
         tableModel->fetchMore();
-    labelStatus->setText("Valid files: " + QString::number(tableModel->rowCount())
-                         + (everyTypeUntilSwitched
-                                ? tr(" (no file type is switched on: this run reads every type)")
-                                : QString()));
+    labelStatus->setText(
+        "Valid files: " + QString::number(tableModel->rowCount())
+        + (everyTypeUntilSwitched ? tr(" (no file type is switched on: this run reads every type)")
+                                  : QString())
+        + (catalogueNote.isEmpty() ? QString() : QStringLiteral(" — ") + catalogueNote));
     workerRunning = false;
     updateCharts();
 }

@@ -65,6 +65,11 @@ void MainWindow::readSettings()
     // A stored count outside the range (edited by hand) is brought into it.
     readerThreads = std::clamp(settings.value("readerThreads", ReaderPool::defaultThreads).toInt(),
                                ReaderPool::minThreads, ReaderPool::maxThreads);
+    rememberPhotos = settings.value("rememberPhotos", true).toBool();
+    forgetUnseenAfterDays = std::max(
+        0,
+        settings.value("forgetUnseenAfterDays", PhotoCatalogue::defaultForgetUnseenAfterDays)
+            .toInt());
     settings.endGroup();
 
     settings.beginGroup("ChartSettings");
@@ -115,6 +120,8 @@ void MainWindow::saveSettings()
         }
     }
     settings.setValue("readerThreads", readerThreads);
+    settings.setValue("rememberPhotos", rememberPhotos);
+    settings.setValue("forgetUnseenAfterDays", forgetUnseenAfterDays);
     settings.endGroup();
 
     settings.beginGroup("ChartSettings");

@@ -19,6 +19,9 @@ private slots:
 
     void checkForUpdateRoundTrip_data();
     void checkForUpdateRoundTrip();
+    void catalogueSettingsRoundTrip_data();
+    void catalogueSettingsRoundTrip();
+    void forgetButtonIsOnlyARequestUntilOk();
     void readerThreadsRoundTrip_data();
     void readerThreadsRoundTrip();
     void exclusionListsJoinAndSplit_data();

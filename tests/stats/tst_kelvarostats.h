@@ -16,6 +16,8 @@ private slots:
     void typesAndSubdirectories_data();
     void typesAndSubdirectories();
     void storedExclusionsApply();
+    void secondRunTakesUnchangedFilesFromTheCatalogue_data();
+    void secondRunTakesUnchangedFilesFromTheCatalogue();
     void usageErrors_data();
     void usageErrors();
     void missingDirectoryIsNamedAndTheRestScanned();

@@ -1,5 +1,6 @@
 #include "headlessscan.h"
 
+#include "photocatalogue.h"
 #include "photodatabase.h"
 #include "readerpool.h"
 #include "statistic.h"
@@ -29,6 +30,13 @@ StoredScanSettings StoredScanSettings::read()
     settings.readerThreads =
         std::clamp(store.value(QStringLiteral("readerThreads"), ReaderPool::defaultThreads).toInt(),
                    ReaderPool::minThreads, ReaderPool::maxThreads);
+    settings.rememberPhotos = store.value(QStringLiteral("rememberPhotos"), true).toBool();
+    settings.forgetUnseenAfterDays =
+        std::max(0,
+                 store
+                     .value(QStringLiteral("forgetUnseenAfterDays"),
+                            PhotoCatalogue::defaultForgetUnseenAfterDays)
+                     .toInt());
     return settings;
 }
 
@@ -45,7 +53,8 @@ HeadlessScan::~HeadlessScan()
 }
 
 void HeadlessScan::run(QList<QString> directories, QList<QString> patterns, bool includeSubDirs,
-                       const StoredScanSettings &settings, const std::function<void(int)> &progress)
+                       const StoredScanSettings &settings, const std::function<void(int)> &progress,
+                       bool useCatalogue)
 {
     QList<QString> makerExcludes = settings.makerExcludes;
     QList<QString> modelExcludes = settings.modelExcludes;
@@ -59,6 +68,13 @@ void HeadlessScan::run(QList<QString> directories, QList<QString> patterns, bool
     }
     worker->setGroupedStatisticIndexes(groupedIndexes);
     worker->setReaderThreads(settings.readerThreads);
+    if (useCatalogue && settings.rememberPhotos) {
+        TMyWorkerObject::CatalogueUse use;
+        use.file = PhotoCatalogue::defaultFile();
+        use.forgetUnseenAfterDays = settings.forgetUnseenAfterDays;
+        worker->setCatalogue(use);
+    }
+    note.clear();
 
     QThread thread;
     worker->moveToThread(&thread);
@@ -67,6 +83,8 @@ void HeadlessScan::run(QList<QString> directories, QList<QString> patterns, bool
     QObject::connect(worker, &TMyWorkerObject::operationDone, &thread, &QThread::quit);
     QObject::connect(&thread, &QThread::finished, &loop, &QEventLoop::quit);
     QObject::connect(worker, &TMyWorkerObject::operationUpdate, &loop, progress);
+    QObject::connect(worker, &TMyWorkerObject::catalogueNote, &loop,
+                     [this](const QString &text) { note = text; });
     thread.start();
     loop.exec();
     thread.wait();

@@ -1,5 +1,5 @@
 // kelvaro-stats [--format text|csv|json] [--statistic TITLE]... [--type SUFFIX]...
-//               [--no-subdirectories] DIRECTORY...
+//               [--no-subdirectories] [--no-catalogue] DIRECTORY...
 //
 // Scans the directories with the window's worker, the user's exclusion lists and range groups,
 // and prints every statistic (or the named ones) computed by the window's own statements. Exit
@@ -81,12 +81,17 @@ int main(int argc, char *argv[])
     }
     const StoredScanSettings settings = StoredScanSettings::read();
     const bool showProgress = isatty(STDERR_FILENO);
-    scan.run(directories, options.patterns, options.includeSubDirs, settings, [&](int count) {
-        if (showProgress)
-            err() << "\rScanned files... " << count << Qt::flush;
-    });
+    scan.run(
+        directories, options.patterns, options.includeSubDirs, settings,
+        [&](int count) {
+            if (showProgress)
+                err() << "\rScanned files... " << count << Qt::flush;
+        },
+        options.useCatalogue);
     if (showProgress)
         err() << '\r' << QString(40, QLatin1Char(' ')) << '\r' << Qt::flush;
+    if (!scan.catalogueNote().isEmpty())
+        err() << "kelvaro-stats: " << scan.catalogueNote() << Qt::endl;
 
     StatsReport report;
     report.photos = scan.photoCount();

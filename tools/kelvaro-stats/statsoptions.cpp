@@ -29,6 +29,8 @@ QString statsUsage()
                "as cr2 or jpg,\n"
                "                         or HEIF for every HEIF and AVIF suffix; any case\n"
                "  --no-subdirectories    only the files directly in each directory\n"
+               "  --no-catalogue         read every file; neither use nor update the photo "
+               "catalogue\n"
                "  -h, --help             print this help and exit\n"
                "  -v, --version          print the version and exit\n"
                "Statistics:\n")
@@ -57,6 +59,8 @@ ParsedOptions parseStatsOptions(const QStringList &arguments)
         }
         if (argument == QLatin1String("--no-subdirectories")) {
             options.includeSubDirs = false;
+        } else if (argument == QLatin1String("--no-catalogue")) {
+            options.useCatalogue = false;
         } else if (argument == QLatin1String("--format")) {
             const auto format = value();
             if (format == QLatin1String("text"))

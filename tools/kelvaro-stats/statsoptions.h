@@ -15,6 +15,7 @@ struct StatsOptions
     QList<const Statistic *> statistics; // every statistic when none is named
     QStringList patterns; // the file types' name patterns
     bool includeSubDirs = true;
+    bool useCatalogue = true; // the window's photo catalogue, unless --no-catalogue
     QStringList directories;
 };
 
