@@ -160,6 +160,17 @@ void MainWindow::doWorkerOperation()
         use.useForScan = rememberPhotos;
         use.forgetUnseenAfterDays = forgetUnseenAfterDays;
         use.forgetEverything = forgetPhotosAtNextScan;
+        // Reaches the window before the scan's operationDone() (both are queued in turn); a
+        // stopped scan's note is dropped.
+        use.noteTo = [this, scan = scanNumber + 1](const QString &note) {
+            QMetaObject::invokeMethod(
+                this,
+                [this, scan, note] {
+                    if (scan == scanNumber)
+                        catalogueNote = note;
+                },
+                Qt::QueuedConnection);
+        };
         worker->setCatalogue(use);
         forgetPhotosAtNextScan = false;
     }
@@ -174,8 +185,6 @@ void MainWindow::doWorkerOperation()
     connect(workerThread, &QThread::finished, worker, &QObject::deleteLater);
     connect(worker, &TMyWorkerObject::operationDone, this, &MainWindow::onWorkerOperationDone);
     connect(worker, &TMyWorkerObject::operationUpdate, this, &MainWindow::onWorkerOperationUpdate);
-    connect(worker, &TMyWorkerObject::catalogueNote, this,
-            [this](const QString &note) { catalogueNote = note; });
     // After the window's own slot. A stopped scan still ends with operationDone(), late: only a
     // scan that ran to its end is announced. (By number: the finished thread may already have
     // deleted the worker, and a new one can live at the same address.)

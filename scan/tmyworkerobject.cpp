@@ -57,8 +57,8 @@ void TMyWorkerObject::doOperation()
             && !QThread::currentThread()->isInterruptionRequested())
             catalogue->pruneUnseenSince(catalogueUse.now()
                                         - catalogueUse.forgetUnseenAfterDays * secondsPerDay);
-        if (!catalogue->note().isEmpty())
-            emit catalogueNote(catalogue->note());
+        if (!catalogue->note().isEmpty() && catalogueUse.noteTo)
+            catalogueUse.noteTo(catalogue->note());
         catalogue.reset();
     }
 

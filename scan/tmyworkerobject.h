@@ -53,6 +53,10 @@ public:
         bool forgetEverything = false;
         // Seconds since the epoch; tests set their own clock.
         std::function<qint64()> now;
+        // Told, on the worker's thread before operationDone(), about a problem with the
+        // catalogue, in a sentence for the status line. (A callback, not a signal: the worker's
+        // signals and slots stay as they are.)
+        std::function<void(const QString &note)> noteTo;
     };
     void setCatalogue(const CatalogueUse &use);
 
@@ -60,8 +64,6 @@ signals:
     void operationDone();
     // The number of matching files met so far in this scan, sent at every 50th.
     void operationUpdate(int count);
-    // A problem with the photo catalogue, for the status line; sent before operationDone().
-    void catalogueNote(const QString &note);
 
 public slots:
     void doOperation();

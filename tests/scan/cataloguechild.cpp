@@ -51,15 +51,15 @@ int main(int argc, char *argv[])
     QList<QString> patterns { "*.jpg" };
     QList<QString> none;
     auto *worker = new TMyWorkerObject(directories, patterns, true, none, none);
+    // Called on the scan's thread; read once that thread has ended.
+    QString note;
     TMyWorkerObject::CatalogueUse use;
     use.file = catalogue;
+    use.noteTo = [&note](const QString &text) { note = text; };
     worker->setCatalogue(use);
     QThread thread;
     worker->moveToThread(&thread);
     QEventLoop loop;
-    QString note;
-    QObject::connect(worker, &TMyWorkerObject::catalogueNote, &loop,
-                     [&note](const QString &text) { note = text; });
     QObject::connect(&thread, &QThread::started, worker, &TMyWorkerObject::doOperation);
     QObject::connect(worker, &TMyWorkerObject::operationDone, &thread, &QThread::quit);
     QObject::connect(&thread, &QThread::finished, &loop, &QEventLoop::quit);

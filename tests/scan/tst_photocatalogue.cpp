@@ -46,11 +46,10 @@ Scan scan(QSqlDatabase &db, const QList<QString> &directories, const QString &ca
             ++read;
     });
     auto worker = scantest::makeWorker(directories, patterns, true, makerExcludes);
-    use.file = catalogue;
-    worker->setCatalogue(use);
     Scan result;
-    QObject::connect(worker.get(), &TMyWorkerObject::catalogueNote,
-                     [&result](const QString &note) { result.note = note; });
+    use.file = catalogue;
+    use.noteTo = [&result](const QString &note) { result.note = note; };
+    worker->setCatalogue(use);
     scantest::scanHere(*worker);
     ReaderPool::setStepHook({});
     result.rows = scantest::exactRows(db);

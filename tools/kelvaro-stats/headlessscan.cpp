@@ -72,6 +72,8 @@ void HeadlessScan::run(QList<QString> directories, QList<QString> patterns, bool
         TMyWorkerObject::CatalogueUse use;
         use.file = PhotoCatalogue::defaultFile();
         use.forgetUnseenAfterDays = settings.forgetUnseenAfterDays;
+        // Called on the scan's thread; read once that thread has ended.
+        use.noteTo = [this](const QString &text) { note = text; };
         worker->setCatalogue(use);
     }
     note.clear();
@@ -83,8 +85,6 @@ void HeadlessScan::run(QList<QString> directories, QList<QString> patterns, bool
     QObject::connect(worker, &TMyWorkerObject::operationDone, &thread, &QThread::quit);
     QObject::connect(&thread, &QThread::finished, &loop, &QEventLoop::quit);
     QObject::connect(worker, &TMyWorkerObject::operationUpdate, &loop, progress);
-    QObject::connect(worker, &TMyWorkerObject::catalogueNote, &loop,
-                     [this](const QString &text) { note = text; });
     thread.start();
     loop.exec();
     thread.wait();
