@@ -25,8 +25,13 @@ MainWindow::MainWindow(QWidget *parent)
 { }
 
 MainWindow::MainWindow(const QStringList &startDirectories, QWidget *parent)
+    : MainWindow(startDirectories, Catalogue::AsSet, parent)
+{ }
+
+MainWindow::MainWindow(const QStringList &startDirectories, Catalogue catalogue, QWidget *parent)
     : QMainWindow(parent)
     , ui(new Ui::MainWindow)
+    , catalogueSwitchedOff(catalogue == Catalogue::SwitchedOff)
     , startDirectories(startDirectories)
 {
     ui->setupUi(this);

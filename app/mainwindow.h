@@ -1,6 +1,7 @@
 #pragma once
 
 #include "namerules.h"
+#include "photocatalogue.h"
 #include "readerpool.h"
 #include "statistictabs.h"
 #include "tchartsettings.h"
@@ -48,6 +49,10 @@ public:
     // Directories given on the command line are selected in the tree instead of the remembered
     // one, so the first scan covers them.
     explicit MainWindow(const QStringList &startDirectories, QWidget *parent = nullptr);
+    // `kelvaro --no-catalogue`: this run's scans read every file and leave the photo catalogue
+    // alone, whatever the settings say.
+    enum class Catalogue { AsSet, SwitchedOff };
+    MainWindow(const QStringList &startDirectories, Catalogue catalogue, QWidget *parent = nullptr);
     ~MainWindow() override;
 
 signals:
@@ -165,6 +170,14 @@ private:
     QStringList hiddenStatistics;
     // How many files a scan reads at once ("Settings..." → General).
     int readerThreads = ReaderPool::defaultThreads;
+    // The photo catalogue ("Settings..." → General): used by scans unless switched off for the
+    // run; emptied by the next scan once "Forget remembered photos" was confirmed.
+    bool rememberPhotos = true;
+    int forgetUnseenAfterDays = PhotoCatalogue::defaultForgetUnseenAfterDays;
+    bool catalogueSwitchedOff = false;
+    bool forgetPhotosAtNextScan = false;
+    // What the running scan said about the catalogue, shown after its count.
+    QString catalogueNote;
     int chartDateTheme = 0;
 
     // The statistics drawn as a table beside a chart, in the order of the statistics; the form's

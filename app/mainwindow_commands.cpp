@@ -155,6 +155,8 @@ void MainWindow::on_actionGlobalSettings_triggered()
     dialog->setMergeNames(nameRules.mergeBlanksAndCase);
     dialog->setFriendlyMakers(nameRules.friendlyMakers);
     dialog->setMakerAliases(MakerNames::formatAliases(nameRules.makerAliases));
+    dialog->setRememberPhotos(rememberPhotos);
+    dialog->setForgetUnseenAfterDays(forgetUnseenAfterDays);
     if (dialog->exec() != QDialog::Accepted)
         return;
 
@@ -168,6 +170,9 @@ void MainWindow::on_actionGlobalSettings_triggered()
     nameRules.mergeBlanksAndCase = dialog->mergeNames();
     nameRules.friendlyMakers = dialog->friendlyMakers();
     nameRules.makerAliases = MakerNames::parseAliases(dialog->makerAliases());
+    rememberPhotos = dialog->rememberPhotos();
+    forgetUnseenAfterDays = dialog->forgetUnseenAfterDays();
+    forgetPhotosAtNextScan = forgetPhotosAtNextScan || dialog->forgetPhotosRequested();
     // New exclusions and groups take effect through a new scan, even when nothing changed.
     onDirectorySelectionChanged();
 }

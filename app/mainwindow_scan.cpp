@@ -160,6 +160,27 @@ void MainWindow::doWorkerOperation()
     // the grouped charts' indexes for the refresh that follows it.
     worker->setGroupedStatisticIndexes(groupedStatisticIndexes());
     worker->setReaderThreads(readerThreads);
+    if (!catalogueSwitchedOff) {
+        TMyWorkerObject::CatalogueUse use;
+        use.file = PhotoCatalogue::defaultFile();
+        use.useForScan = rememberPhotos;
+        use.forgetUnseenAfterDays = forgetUnseenAfterDays;
+        use.forgetEverything = forgetPhotosAtNextScan;
+        // Reaches the window before the scan's operationDone() (both are queued in turn); a
+        // stopped scan's note is dropped.
+        use.noteTo = [this, scan = scanNumber + 1](const QString &note) {
+            QMetaObject::invokeMethod(
+                this,
+                [this, scan, note] {
+                    if (scan == scanNumber)
+                        catalogueNote = note;
+                },
+                Qt::QueuedConnection);
+        };
+        worker->setCatalogue(use);
+        forgetPhotosAtNextScan = false;
+    }
+    catalogueNote.clear();
     workerThread = new QThread(this);
     worker->moveToThread(workerThread);
 
@@ -200,10 +221,11 @@ void MainWindow::onWorkerOperationUpdate(int count)
 void MainWindow::onWorkerOperationDone()
 {
     tableModel->select();
-    labelStatus->setText("Valid files: " + QString::number(tableModel->rowCount())
-                         + (everyTypeUntilSwitched
-                                ? tr(" (no file type is switched on: this run reads every type)")
-                                : QString()));
+    labelStatus->setText(
+        "Valid files: " + QString::number(tableModel->rowCount())
+        + (everyTypeUntilSwitched ? tr(" (no file type is switched on: this run reads every type)")
+                                  : QString())
+        + (catalogueNote.isEmpty() ? QString() : QStringLiteral(" — ") + catalogueNote));
     workerRunning = false;
     updateCharts();
 #ifdef __GLIBC__

@@ -86,6 +86,11 @@ void MainWindow::readSettings()
     nameRules.friendlyMakers = settings.value(friendlyMakersKey, false).toBool();
     nameRules.makerAliases =
         MakerNames::parseAliases(settings.value(makerAliasesKey).toStringList());
+    rememberPhotos = settings.value("rememberPhotos", true).toBool();
+    forgetUnseenAfterDays = std::max(
+        0,
+        settings.value("forgetUnseenAfterDays", PhotoCatalogue::defaultForgetUnseenAfterDays)
+            .toInt());
     settings.endGroup();
 
     settings.beginGroup("ChartSettings");
@@ -142,6 +147,8 @@ void MainWindow::saveSettings()
     writeUnlessDefault(settings, friendlyMakersKey, nameRules.friendlyMakers, false);
     writeUnlessDefault(settings, makerAliasesKey, MakerNames::formatAliases(nameRules.makerAliases),
                        QStringList());
+    settings.setValue("rememberPhotos", rememberPhotos);
+    settings.setValue("forgetUnseenAfterDays", forgetUnseenAfterDays);
     settings.endGroup();
 
     settings.beginGroup("ChartSettings");

@@ -15,7 +15,8 @@
 
 namespace Startup {
 
-QStringList startDirectories(const QStringList &arguments, QTextStream &errors)
+QStringList startDirectories(const QStringList &arguments, QTextStream &errors,
+                             bool *catalogueSwitchedOff)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
@@ -26,6 +27,11 @@ QStringList startDirectories(const QStringList &arguments, QTextStream &errors)
         "directories",
         QCoreApplication::translate("Startup", "Directories to scan instead of the last one."),
         "[DIRECTORY...]");
+    const QCommandLineOption noCatalogue(
+        QStringLiteral("no-catalogue"),
+        QCoreApplication::translate(
+            "Startup", "Read every photo; neither use nor update the photo catalogue."));
+    parser.addOption(noCatalogue);
     // parse() rather than process(): an unknown option exits with 2, as the manual page says.
     if (!parser.parse(arguments)) {
         errors << "kelvaro: " << parser.errorText() << "\nTry 'kelvaro --help'." << Qt::endl;
@@ -35,6 +41,9 @@ QStringList startDirectories(const QStringList &arguments, QTextStream &errors)
         parser.showVersion();
     if (parser.isSet(QStringLiteral("help")))
         parser.showHelp(0);
+
+    if (catalogueSwitchedOff)
+        *catalogueSwitchedOff = parser.isSet(noCatalogue);
 
     QStringList directories;
     for (const QString &argument : parser.positionalArguments()) {

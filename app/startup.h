@@ -15,7 +15,10 @@ namespace Startup {
 // --version print their text on standard output and end the program with 0; an unknown option
 // is a usage error: a note on `errors` and exit code 2. Arguments that are not directories are
 // left out with a note and the reason on `errors` ("x.jpg: Not a directory").
-QStringList startDirectories(const QStringList &arguments, QTextStream &errors);
+// --no-catalogue sets *catalogueSwitchedOff (when given): this run neither uses nor updates the
+// photo catalogue.
+QStringList startDirectories(const QStringList &arguments, QTextStream &errors,
+                             bool *catalogueSwitchedOff = nullptr);
 
 // The splash screen with the version message; it closes itself after three seconds and is never
 // deleted by the program.

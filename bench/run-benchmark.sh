@@ -85,7 +85,7 @@ log "building (release preset)"
 cmake --preset release -DKELVARO_BUILD_TESTS=OFF -DKELVARO_BUILD_BENCH=ON >/dev/null
 cmake --build --preset release --target kelvaro_bench_corpus kelvaro_bench_floor \
     kelvaro_bench_scan kelvaro_bench_stages kelvaro_bench_charts kelvaro_bench_stop \
-    kelvaro_bench_cold kelvaro_bench_window kelvaro-make-samples kelvaro-stats
+    kelvaro_bench_cold kelvaro_bench_window kelvaro_bench_catalogue kelvaro-make-samples kelvaro-stats
 
 log "corpus"
 "$OUT_DIR/kelvaro_bench_corpus" "$CORPUS"
@@ -189,6 +189,22 @@ log "the window over libraries of ${WINDOW_SIZES[*]} photos: memory and first ch
 WINDOW="$(bash "$SOURCE_DIR/bench/run-window-benchmark.sh" "$BUILD_DIR" "$SMALL" \
     "${WINDOW_SIZES[@]}")"
 echo "$WINDOW" >&2
+log "photo catalogue: rescans with it, without it, lstat floor; warm and cold; first scan; size"
+CATALOGUE="$("$OUT_DIR/kelvaro_bench_catalogue" "$SMALL" "$RUNS" "$SMALL_FILES" \
+    "$OUT_DIR/catalogue" catalogue)" || die "catalogue scan rows differ"
+echo "$CATALOGUE" >&2
+# Ten hard-linked copies of the small library: 200,000 files that cost no disk space.
+HUGE="$CORPUS/huge"
+if [ ! -d "$HUGE" ]; then
+    mkdir -p "$HUGE.tmp"
+    for ((copy = 0; copy < 10; copy++)); do cp -al "$SMALL" "$HUGE.tmp/copy$copy"; done
+    mv "$HUGE.tmp" "$HUGE"
+fi
+HUGE_FILES="$(count_photos "$HUGE")"
+log "photo catalogue over $HUGE_FILES files (hard links)"
+CATALOGUE_HUGE="$("$OUT_DIR/kelvaro_bench_catalogue" "$HUGE" 1 "$HUGE_FILES" \
+    "$OUT_DIR/catalogue-huge" catalogue_huge)" || die "catalogue scan rows differ (huge)"
+echo "$CATALOGUE_HUGE" >&2
 LOAD_END="$(loadavg)"
 
 # ---- the table ----
@@ -239,6 +255,12 @@ CURVE=""
 for n in 1 2 4 8 16 32 64; do
     CURVE="$CURVE${CURVE:+, }$n: $(cold "cold_scan_$n" files_per_s)"
 done
+cat_() { field "$2" "$(grep "^RESULT $1 " <<<"$CATALOGUE$(printf '\n')$CATALOGUE_HUGE")"; }
+CAT_SPEEDUP="$(cat_ catalogue_warm speedup)"
+CAT_FLOOR="$(cat_ catalogue_warm of_floor_pct)"
+CAT_COLD_SPEEDUP="$(cat_ catalogue_cold speedup)"
+CAT_COLD_FLOOR="$(cat_ catalogue_cold of_floor_pct)"
+CAT_FIRST="$(cat_ catalogue_first slower_pct)"
 CPU="$(sed -n 's/^model name[[:space:]]*: //p' /proc/cpuinfo | head -1)"
 
 TABLE="$OUT_DIR/results.md"
@@ -284,6 +306,16 @@ TABLE="$OUT_DIR/results.md"
         echo "| Window over $(w photos) photos: resident memory once the first scan is done and the chart is painted (VmRSS); growth per photo over the sample library's $BASE_PHOTOS | $(( $(w rss_kib) / 1024 )) MiB; **$(w growth_b) B/photo**, of which the photo database's pages $(calc '%.0f' "($(w db_kib) - $BASE_DB_KIB) * 1024 / ($(w photos) - $BASE_PHOTOS)") B | $target |"
         echo "| Window over $(w photos) photos: from the start of the first scan to the first painted chart (scan end $(w scan_ms) ms), and sorting the Data tab by file name over every row (a header click: SQL's ORDER BY and the ids read) up to its last row shown; timed under the other load on the machine | $(w first_chart_ms) ms; sort $(w sort_ms) ms | | |"
     done <<<"$WINDOW"
+    echo "| Photo catalogue: rescan of the unchanged $SMALL_FILES files, warm: with the catalogue / without / walk + lstat floor | **$(cat_ catalogue_warm with_files_per_s)** / $(cat_ catalogue_warm without_files_per_s) / $(cat_ catalogue_warm floor_files_per_s) files/s | | |"
+    echo "| Photo catalogue rescan / the scan without it, warm | ${CAT_SPEEDUP}x | >= 5x | $(verdict "$CAT_SPEEDUP >= 5") |"
+    echo "| Photo catalogue rescan / lstat floor, warm | ${CAT_FLOOR} % | >= 25 % | $(verdict "$CAT_FLOOR >= 25") |"
+    echo "| Photo catalogue: the same rescan with the photo files' pages dropped before each run: with / without / floor | **$(cat_ catalogue_cold with_files_per_s)** / $(cat_ catalogue_cold without_files_per_s) / $(cat_ catalogue_cold floor_files_per_s) files/s | | |"
+    echo "| Photo catalogue rescan / the scan without it, cold | ${CAT_COLD_SPEEDUP}x | >= 5x | $(verdict "$CAT_COLD_SPEEDUP >= 5") |"
+    echo "| Photo catalogue rescan / lstat floor, cold | ${CAT_COLD_FLOOR} % | >= 25 % | $(verdict "$CAT_COLD_FLOOR >= 25") |"
+    echo "| First scan with an empty catalogue against the scan without one (median $(cat_ catalogue_first with_s) s / $(cat_ catalogue_first without_s) s) | ${CAT_FIRST} % slower | <= 15 % | $(verdict "$CAT_FIRST <= 15") |"
+    echo "| Photo catalogue size on disk, $SMALL_FILES photos | $(cat_ catalogue_size bytes) bytes = $(cat_ catalogue_size bytes_per_photo) bytes per photo | | |"
+    echo "| Photo catalogue, $HUGE_FILES files (hard links): rescan, warm | $(calc '%.2f' "$HUGE_FILES / $(cat_ catalogue_huge_warm with_files_per_s)") s ($(cat_ catalogue_huge_warm with_files_per_s) files/s; without it $(cat_ catalogue_huge_warm without_files_per_s) files/s; floor $(cat_ catalogue_huge_warm floor_files_per_s) files/s) | | |"
+    echo "| Photo catalogue size on disk, $HUGE_FILES photos | $(cat_ catalogue_huge_size bytes) bytes = $(cat_ catalogue_huge_size bytes_per_photo) bytes per photo | | |"
     echo "| Machine | $(nproc) CPUs, $CPU; load average $LOAD_START at the start, $LOAD_END at the end | | |"
     echo
     echo "Runs (s): Kelvaro $(field runs_s "$SCAN_SMALL" | tr ',' ' '); 25 MiB ($LARGE_PASSES scans each) $(field runs_s "$SCAN_LARGE" | tr ',' ' '); the same files unpadded ($LARGE_PASSES scans each) $(field other_runs_s "$SCAN_LARGE" | tr ',' ' '); floor $(field runs_s "$FLOOR" | tr ',' ' '); kelvaro-stats $STATS_RUNS; ExifTool $EXIFTOOL_RUNS; Exiv2 $EXIV2_RUNS. updateCharts() (ms): $(c runs_ms | tr ',' ' ')."

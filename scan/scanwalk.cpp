@@ -28,11 +28,20 @@ bool ScanWalk::next(File &file)
             return true;
         }
         iterator.reset();
+        if (listed)
+            listed(current);
     }
 }
 
-void ScanWalk::leaveDirectory(int directory)
+bool ScanWalk::leaveDirectory(int directory)
 {
-    if (directory == current)
-        iterator.reset();
+    if (directory != current || !iterator)
+        return false;
+    iterator.reset();
+    return true;
+}
+
+void ScanWalk::onDirectoryListed(std::function<void(int)> listed)
+{
+    this->listed = std::move(listed);
 }

@@ -6,6 +6,7 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 // The scan's walk: the files matching the patterns in each directory in turn, in the file
@@ -24,8 +25,11 @@ public:
 
     // The next matching file; false when every directory is walked.
     bool next(File &file);
-    // Walks no further file of that directory (a stopped scan leaves it).
-    void leaveDirectory(int directory);
+    // Walks no further file of that directory (a stopped scan leaves it). True when that cut its
+    // walk short, false when the walk had already gone past it.
+    bool leaveDirectory(int directory);
+    // Called by next() with the index of a directory whose every matching file has been listed.
+    void onDirectoryListed(std::function<void(int directory)> listed);
 
 private:
     const QList<QString> directories;
@@ -33,4 +37,5 @@ private:
     const QDirIterator::IteratorFlags flags;
     int current = -1;
     std::unique_ptr<QDirIterator> iterator;
+    std::function<void(int)> listed;
 };

@@ -1,9 +1,11 @@
 #include "tmyworkerobject.h"
 
+#include "cataloguescan.h"
 #include "photodatabase.h"
 #include "readerpool.h"
 #include "scanwalk.h"
 
+#include <QDateTime>
 #include <QQueue>
 #include <QThread>
 
@@ -16,6 +18,7 @@ constexpr int updateInterval = 50;
 // reader busy while the worker waits for the oldest, few enough to bound the memory held.
 constexpr int readAheadPerThread = 4;
 constexpr int minReadAhead = 16;
+constexpr qint64 secondsPerDay = 24 * 60 * 60;
 } // namespace
 
 TMyWorkerObject::TMyWorkerObject(QObject *parent)
@@ -46,7 +49,18 @@ void TMyWorkerObject::doOperation()
 
     inserter = PhotoRowInserter::create(db);
     infoInserter = PhotoRowInserter::create(db, PhotoRowInserter::photoInfo());
-    scanDirectories();
+    std::unique_ptr<PhotoCatalogue> catalogue = openCatalogue();
+    scanDirectories(catalogue && catalogue->isOpen() ? catalogue.get() : nullptr);
+    if (catalogue) {
+        catalogue->commit();
+        if (catalogueUse.forgetUnseenAfterDays > 0
+            && !QThread::currentThread()->isInterruptionRequested())
+            catalogue->pruneUnseenSince(catalogueUse.now()
+                                        - catalogueUse.forgetUnseenAfterDays * secondsPerDay);
+        if (!catalogue->note().isEmpty() && catalogueUse.noteTo)
+            catalogueUse.noteTo(catalogue->note());
+        catalogue.reset();
+    }
 
     // The statements must be released before their connection closes.
     inserter.reset();
@@ -64,31 +78,49 @@ void TMyWorkerObject::doOperation()
 // The files are read on the pool's threads, but counted, checked for a stop and stored here in
 // the walk's order, so that the rows, their ids and the progress are those of reading one file
 // after another.
-void TMyWorkerObject::scanDirectories()
+// Files the catalogue knows unchanged are not handed to the readers: their remembered values take
+// their place in the walk's order.
+void TMyWorkerObject::scanDirectories(PhotoCatalogue *catalogue)
 {
     QThread *const scanThread = QThread::currentThread();
     ScanWalk walk(directories, fileFilters, includeSubDirs);
+    std::optional<CatalogueScan> known;
+    if (catalogue) {
+        known.emplace(*catalogue, fileFilters);
+        walk.onDirectoryListed(
+            [&](int directory) { known->rootWalked(directories.at(directory), includeSubDirs); });
+    }
     ReaderPool pool(readerThreads, [scanThread] { return scanThread->isInterruptionRequested(); });
     const qsizetype readAhead = std::max(minReadAhead, readAheadPerThread * pool.threadCount());
-    // Walked and submitted, not yet taken back, oldest first.
-    QQueue<ScanWalk::File> ahead;
+    // Walked and submitted (unless known), not yet taken back, oldest first.
+    struct Ahead
+    {
+        ScanWalk::File file;
+        CatalogueScan::Lookup lookup;
+    };
+    QQueue<Ahead> ahead;
     int counter = 0;
     int stoppedDirectory = -1;
     for (;;) {
-        ScanWalk::File file;
         // Topped up once half the files ahead are taken: readers are woken once per batch.
         if (ahead.size() <= readAhead / 2) {
             QStringList batch;
-            while (ahead.size() < readAhead && walk.next(file)) {
-                batch << file.path;
-                ahead.enqueue(file);
+            ScanWalk::File walked;
+            while (ahead.size() < readAhead && walk.next(walked)) {
+                Ahead next { walked, {} };
+                if (known)
+                    next.lookup = known->lookup(walked.path);
+                if (!next.lookup.known)
+                    batch << walked.path;
+                ahead.enqueue(std::move(next));
             }
             pool.submit(batch);
         }
         if (ahead.isEmpty())
             break;
-        file = ahead.dequeue();
-        PhotoRead read = pool.takeNext();
+        Ahead taken = ahead.dequeue();
+        const ScanWalk::File &file = taken.file;
+        PhotoRead read = taken.lookup.known ? std::move(*taken.lookup.known) : pool.takeNext();
         // Read ahead past the point where a stop left this directory: dropped, not counted.
         if (file.directory == stoppedDirectory)
             continue;
@@ -99,7 +131,8 @@ void TMyWorkerObject::scanDirectories()
             // again at the next multiple of the interval.
             if (scanThread->isInterruptionRequested()) {
                 stoppedDirectory = file.directory;
-                walk.leaveDirectory(file.directory);
+                if (walk.leaveDirectory(file.directory) && known)
+                    known->rootLeft();
                 continue;
             }
         }
@@ -107,8 +140,31 @@ void TMyWorkerObject::scanDirectories()
         // takes in (up to the next multiple of the interval) are read here.
         if (read.outcome == PhotoRead::Outcome::NotRead)
             read = PhotoRead::of(file.path);
+        if (known && !taken.lookup.known && taken.lookup.stamp)
+            known->remember(file.path, *taken.lookup.stamp, read);
         storeRow(read);
     }
+}
+
+std::unique_ptr<PhotoCatalogue> TMyWorkerObject::openCatalogue()
+{
+    if (catalogueUse.file.isEmpty())
+        return nullptr;
+    if (!catalogueUse.now)
+        catalogueUse.now = [] { return QDateTime::currentSecsSinceEpoch(); };
+    if (!catalogueUse.useForScan && !catalogueUse.forgetEverything)
+        return nullptr;
+    auto catalogue = std::make_unique<PhotoCatalogue>(catalogueUse.file);
+    if (catalogue->open(catalogueUse.now()) && catalogueUse.forgetEverything)
+        catalogue->clear();
+    if (!catalogueUse.useForScan)
+        return nullptr;
+    return catalogue;
+}
+
+void TMyWorkerObject::setCatalogue(const CatalogueUse &use)
+{
+    catalogueUse = use;
 }
 
 void TMyWorkerObject::setGroupedStatisticIndexes(const QStringList &createStatements)

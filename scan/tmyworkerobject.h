@@ -1,5 +1,6 @@
 #pragma once
 
+#include "photocatalogue.h"
 #include "photorowinserter.h"
 #include "readerpool.h"
 
@@ -9,6 +10,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 
 // One scan: walks the directories for files matching the patterns, has each read with TExifFile on
@@ -37,6 +39,27 @@ public:
     // starts; the rows are the same for every count.
     void setReaderThreads(int count);
 
+    // How the scan uses the photo catalogue. Without a file (the default) every file is read.
+    struct CatalogueUse
+    {
+        QString file;
+        // False: the scan reads every file and leaves the catalogue as it is (but still empties it
+        // when asked to forget everything).
+        bool useForScan = true;
+        // Folders no scan has seen for this many days are forgotten at the end of a scan; 0
+        // keeps them.
+        int forgetUnseenAfterDays = 0;
+        // Empty the catalogue before the scan.
+        bool forgetEverything = false;
+        // Seconds since the epoch; tests set their own clock.
+        std::function<qint64()> now;
+        // Told, on the worker's thread before operationDone(), about a problem with the
+        // catalogue, in a sentence for the status line. (A callback, not a signal: the worker's
+        // signals and slots stay as they are.)
+        std::function<void(const QString &note)> noteTo;
+    };
+    void setCatalogue(const CatalogueUse &use);
+
 signals:
     void operationDone();
     // The number of matching files met so far in this scan, sent at every 50th.
@@ -46,7 +69,8 @@ public slots:
     void doOperation();
 
 private:
-    void scanDirectories();
+    void scanDirectories(PhotoCatalogue *catalogue);
+    std::unique_ptr<PhotoCatalogue> openCatalogue();
     void storeRow(const PhotoRead &read);
 
     QList<QString> directories;
@@ -60,4 +84,5 @@ private:
     std::unique_ptr<PhotoRowInserter> infoInserter;
     QStringList groupedStatisticIndexes;
     int readerThreads = ReaderPool::defaultThreads;
+    CatalogueUse catalogueUse;
 };

@@ -111,6 +111,34 @@ int TDialogGlobalSettings::readerThreads()
     return ui->spinBoxReaderThreads->value();
 }
 
+void TDialogGlobalSettings::setRememberPhotos(bool remember)
+{
+    ui->checkBoxRememberPhotos->setChecked(remember);
+}
+
+bool TDialogGlobalSettings::rememberPhotos()
+{
+    return ui->checkBoxRememberPhotos->isChecked();
+}
+
+void TDialogGlobalSettings::setForgetUnseenAfterDays(int days)
+{
+    ui->spinBoxForgetUnseenDays->setValue(days);
+}
+
+int TDialogGlobalSettings::forgetUnseenAfterDays()
+{
+    return ui->spinBoxForgetUnseenDays->value();
+}
+
+// The catalogue is written by scans only; OK starts one, which empties it first.
+void TDialogGlobalSettings::on_pushButtonForgetPhotos_clicked()
+{
+    forgetRequested = true;
+    ui->pushButtonForgetPhotos->setEnabled(false);
+    ui->labelForgetPhotos->setText(tr("Forgotten when you press OK"));
+}
+
 void TDialogGlobalSettings::setMakerExcludes(QList<QString> &makers)
 {
     ui->leMakerExcludes->setText(makers.join(';'));

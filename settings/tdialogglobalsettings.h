@@ -12,9 +12,9 @@ class TSettingsDialog;
 }
 
 // The settings that are not tied to one chart: the update check, the number of files a scan reads
-// at once, the focal-length, ISO and 35 mm focal-length range groups of the grouped charts and the
-// makers and models a scan leaves out. Range groups are checked as they are typed; OK is refused
-// while any of them is invalid.
+// at once, the photo catalogue, the focal-length, ISO and 35 mm focal-length range groups of the
+// grouped charts and the makers and models a scan leaves out. Range groups are checked as they are
+// typed; OK is refused while any of them is invalid.
 class TDialogGlobalSettings : public QDialog
 {
     Q_OBJECT
@@ -38,6 +38,14 @@ public:
     bool friendlyMakers() const;
     void setMakerAliases(const QStringList &entries);
     QStringList makerAliases() const;
+    // The photo catalogue: whether scans use it, after how many days without a scan a folder's
+    // photos are dropped from it (0: never), and whether "Forget remembered photos" was pressed,
+    // which empties it with the scan that OK starts.
+    void setRememberPhotos(bool remember);
+    bool rememberPhotos();
+    void setForgetUnseenAfterDays(int days);
+    int forgetUnseenAfterDays();
+    bool forgetPhotosRequested() const { return forgetRequested; }
 
     void setMakerExcludes(QList<QString> &makers);
     QList<QString> makerExcludes();
@@ -68,6 +76,7 @@ private slots:
     void on_leISOGroups_returnPressed();
     void on_leFocalLength35Groups_editingFinished();
     void on_leFocalLength35Groups_returnPressed();
+    void on_pushButtonForgetPhotos_clicked();
 
 private:
     void createIcons();
@@ -78,6 +87,7 @@ private:
     bool focalLengthGroupsValid = true;
     bool isoGroupsValid = true;
     bool focalLength35GroupsValid = true;
+    bool forgetRequested = false;
     // The ranges as last accepted by each field (named so because the getters take the plain
     // names).
     QList<QString> acceptedFocalLengthGroups;

@@ -40,6 +40,9 @@ public:
     QList<QString> &focalLength35Groups() const { return w.rangeGroups["focalLength35Groups"]; }
     QStringList &hiddenStatistics() const { return w.hiddenStatistics; }
     int &readerThreads() const { return w.readerThreads; }
+    bool &rememberPhotos() const { return w.rememberPhotos; }
+    int &forgetUnseenAfterDays() const { return w.forgetUnseenAfterDays; }
+    bool catalogueSwitchedOff() const { return w.catalogueSwitchedOff; }
     int &chartDateTheme() const { return w.chartDateTheme; }
     int chartTheme() const { return w.chartTheme; }
     float &camXRotation() const { return w.camXRotation; }

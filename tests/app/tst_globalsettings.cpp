@@ -3,6 +3,7 @@
 #include "localhttpserver.h"
 #include "mainwindow.h"
 #include "mainwindowprobe.h"
+#include "photocatalogue.h"
 #include "readerpool.h"
 #include "tdialogabout.h"
 #include "tdialogglobalsettings.h"
@@ -15,14 +16,19 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QDialogButtonBox>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QSqlQuery>
 #include <QTableView>
 #include <QTest>
 
+#include <atomic>
 #include <memory>
 
 using namespace apptest;
@@ -48,6 +54,10 @@ private slots:
     void cleanup();
 
     void okCopiesTheValuesBackAndRescans();
+    void catalogueSettingsDecideWhatTheRescanReads_data();
+    void catalogueSettingsDecideWhatTheRescanReads();
+    void damagedCatalogueIsNamedInTheStatusLine();
+    void catalogueSwitchedOffForTheRunIsLeftAlone();
     void focalLength35GroupsGoThroughTheDialog();
     void okWithoutChangesStillRescans();
     void cancelChangesNothing();
@@ -90,6 +100,79 @@ bool tst_GlobalSettings::scannedShoot(const QVariantMap &more)
     writeStore(values);
     window = std::make_unique<MainWindow>();
     return waitForScanEnd(*window) && MainWindowProbe(*window).status() == "Valid files: 5";
+}
+
+void tst_GlobalSettings::catalogueSettingsDecideWhatTheRescanReads_data()
+{
+    QTest::addColumn<bool>("remember");
+    QTest::addColumn<bool>("forget");
+    QTest::addColumn<int>("read");
+
+    QTest::newRow("remembered: nothing is read") << true << false << 0;
+    QTest::newRow("forget remembered photos: all are read again") << true << true << 5;
+    QTest::newRow("remembering switched off: all are read") << false << false << 5;
+}
+
+void tst_GlobalSettings::catalogueSettingsDecideWhatTheRescanReads()
+{
+    QFETCH(bool, remember);
+    QFETCH(bool, forget);
+    QFETCH(int, read);
+
+    QVERIFY(scannedShoot());
+    QVERIFY2(QFile::exists(PhotoCatalogue::defaultFile()), "the first scan wrote no catalogue");
+    NextModal dialog(isA<TDialogGlobalSettings>(), [&](QWidget *widget) {
+        widget->findChild<QCheckBox *>("checkBoxRememberPhotos")->setChecked(remember);
+        auto *button = widget->findChild<QPushButton *>("pushButtonForgetPhotos");
+        if (forget) {
+            button->click();
+            // Until OK nothing is forgotten, and the button says it has been pressed.
+            QVERIFY(!button->isEnabled());
+        }
+        clickButton(widget, QDialogButtonBox::Ok);
+    });
+    std::atomic<int> opened { 0 };
+    ReaderPool::setStepHook([&opened](ReaderPool::Step step, qint64, const QString &) {
+        if (step == ReaderPool::Step::Taken)
+            ++opened;
+    });
+    window->findChild<QAction *>("actionGlobalSettings")->trigger();
+    QVERIFY(dialog.answered());
+    const bool ended = waitForScanEnd(*window);
+    ReaderPool::setStepHook({});
+    QVERIFY(ended);
+    QCOMPARE(MainWindowProbe(*window).status(), QString("Valid files: 5"));
+    QCOMPARE(opened.load(), read);
+}
+
+void tst_GlobalSettings::damagedCatalogueIsNamedInTheStatusLine()
+{
+    QDir().mkpath(QFileInfo(PhotoCatalogue::defaultFile()).path());
+    QFile garbage(PhotoCatalogue::defaultFile());
+    QVERIFY(garbage.open(QIODevice::WriteOnly));
+    garbage.write(QByteArray(8192, 'x'));
+    garbage.close();
+    QVERIFY(!scannedShoot());
+    const QString status = MainWindowProbe(*window).status();
+    QVERIFY2(status.startsWith("Valid files: 5 — The photo catalogue was damaged; it was kept as "
+                               "photo-catalogue.sqlite.damaged-"),
+             qPrintable(status));
+    QVERIFY(status.endsWith("and a new one was started."));
+}
+
+void tst_GlobalSettings::catalogueSwitchedOffForTheRunIsLeftAlone()
+{
+    const QString directory = sandbox->makeDir("shoot");
+    writePhotos(directory, 3, photoTags("Canon", "EOS R5", "RF24-70mm"), "canon");
+    writeStore({ { "OtherSettings/lastDirectory", directory },
+                 { "OtherSettings/fileFilters", QStringList { "*.jpg" } } });
+    window = std::make_unique<MainWindow>(QStringList(), MainWindow::Catalogue::SwitchedOff);
+    QVERIFY(waitForScanEnd(*window));
+    QCOMPARE(MainWindowProbe(*window).status(), QString("Valid files: 3"));
+    QVERIFY(MainWindowProbe(*window).catalogueSwitchedOff());
+    QVERIFY2(!QFile::exists(PhotoCatalogue::defaultFile()), "the catalogue was written");
+    // The settings still say "remember": only this run leaves it alone.
+    QVERIFY(MainWindowProbe(*window).rememberPhotos());
 }
 
 void tst_GlobalSettings::focalLength35GroupsGoThroughTheDialog()
@@ -137,8 +220,14 @@ void tst_GlobalSettings::okCopiesTheValuesBackAndRescans()
     QString shownMakers, shownGroups;
     bool shownUpdate = true;
     int shownReaders = 0;
+    bool shownRemember = false;
+    int shownForgetDays = -1;
     NextModal dialog(isA<TDialogGlobalSettings>(), [&](QWidget *widget) {
         shownReaders = widget->findChild<QSpinBox *>("spinBoxReaderThreads")->value();
+        shownRemember = widget->findChild<QCheckBox *>("checkBoxRememberPhotos")->isChecked();
+        shownForgetDays = widget->findChild<QSpinBox *>("spinBoxForgetUnseenDays")->value();
+        widget->findChild<QCheckBox *>("checkBoxRememberPhotos")->setChecked(false);
+        widget->findChild<QSpinBox *>("spinBoxForgetUnseenDays")->setValue(12);
         widget->findChild<QSpinBox *>("spinBoxReaderThreads")->setValue(3);
         shownMakers = widget->findChild<QLineEdit *>("leMakerExcludes")->text();
         shownGroups = widget->findChild<QLineEdit *>("leFocalLengthGroups")->text();
@@ -156,6 +245,8 @@ void tst_GlobalSettings::okCopiesTheValuesBackAndRescans()
     QCOMPARE(shownGroups, QString("24-70;71-200"));
     QVERIFY(!shownUpdate);
     QCOMPARE(shownReaders, ReaderPool::defaultThreads);
+    QVERIFY(shownRemember);
+    QCOMPARE(shownForgetDays, PhotoCatalogue::defaultForgetUnseenAfterDays);
 
     QCOMPARE(probe.makerExcludes(), (QList<QString> { "Apple", "Nikon" }));
     QCOMPARE(probe.modelExcludes(), QList<QString> { "iPhone6" });
@@ -163,6 +254,8 @@ void tst_GlobalSettings::okCopiesTheValuesBackAndRescans()
     QCOMPARE(probe.isoGroups(), QList<QString> { "100-800" });
     QVERIFY(probe.checkForUpdatesOnStart());
     QCOMPARE(probe.readerThreads(), 3);
+    QVERIFY(!probe.rememberPhotos());
+    QCOMPARE(probe.forgetUnseenAfterDays(), 12);
     // Nothing reaches the store before the quit.
     QVERIFY(!readStore("OtherSettings/checkForUpdates").isValid());
 

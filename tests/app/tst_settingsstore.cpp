@@ -165,6 +165,8 @@ void tst_SettingsStore::firstStart()
     QVERIFY(probe.isoGroups().isEmpty());
     QVERIFY(probe.focalLength35Groups().isEmpty());
     QCOMPARE(probe.readerThreads(), ReaderPool::defaultThreads);
+    QVERIFY(probe.rememberPhotos());
+    QCOMPARE(probe.forgetUnseenAfterDays(), PhotoCatalogue::defaultForgetUnseenAfterDays);
     QCOMPARE(probe.camXRotation(), 30.0f);
     QCOMPARE(probe.camYRotation(), 30.0f);
     QCOMPARE(probe.camZoom(), 100.0f);
@@ -278,6 +280,8 @@ void tst_SettingsStore::roundTripKeepsEverythingButTheDeliberateAsymmetries()
         probe.isoGroups() = { "100-400", "401-3200" };
         probe.focalLength35Groups() = { "1-27", "28-300" };
         probe.readerThreads() = 7;
+        probe.rememberPhotos() = false;
+        probe.forgetUnseenAfterDays() = 30;
         QCOMPARE(probe.chartedStatistics(), prefixes.size());
         for (int chart = 0; chart < prefixes.size(); ++chart)
             probe.chartSettings(chart) = distinctSettings(chart);
@@ -298,6 +302,8 @@ void tst_SettingsStore::roundTripKeepsEverythingButTheDeliberateAsymmetries()
     // What the store holds.
     QCOMPARE(readStore("OtherSettings/chartTheme").toInt(), 2);
     QCOMPARE(readStore("OtherSettings/readerThreads").toInt(), 7);
+    QCOMPARE(readStore("OtherSettings/rememberPhotos").toBool(), false);
+    QCOMPARE(readStore("OtherSettings/forgetUnseenAfterDays").toInt(), 30);
     QCOMPARE(readStore("OtherSettings/fileFilters").toStringList(),
              (QStringList { "*.jpg", "*.nef", "*.heic", "*.heif", "*.hif", "*.avif" }));
     QCOMPARE(readStore("MainWindow/lastTab").toInt(), 5);
@@ -338,6 +344,8 @@ void tst_SettingsStore::roundTripKeepsEverythingButTheDeliberateAsymmetries()
     QCOMPARE(probe.isoGroups(), (QList<QString> { "100-400", "401-3200" }));
     QCOMPARE(probe.focalLength35Groups(), (QList<QString> { "1-27", "28-300" }));
     QCOMPARE(probe.readerThreads(), 7);
+    QVERIFY(!probe.rememberPhotos());
+    QCOMPARE(probe.forgetUnseenAfterDays(), 30);
     QCOMPARE(window->findChild<QSplitter *>("splitterLens")->saveState(), lensSplitter);
     for (int chart = 0; chart < prefixes.size(); ++chart) {
         compareAllButLegendPosition(probe.chartSettings(chart), distinctSettings(chart), chart);

@@ -93,19 +93,27 @@ void tst_Startup::startDirectories_data()
     QTest::addColumn<QStringList>("arguments"); // "SANDBOX" stands for the scratch folder
     QTest::addColumn<QStringList>("expected");
     QTest::addColumn<QStringList>("notes");
+    QTest::addColumn<bool>("noCatalogue");
 
     QTest::newRow("no arguments: the remembered directory is used")
-        << QStringList { "kelvaro" } << QStringList {} << QStringList {};
+        << QStringList { "kelvaro" } << QStringList {} << QStringList {} << false;
+    QTest::newRow("--no-catalogue before a directory")
+        << QStringList { "kelvaro", "--no-catalogue", "SANDBOX/a" } << QStringList { "SANDBOX/a" }
+        << QStringList {} << true;
+    QTest::newRow("--no-catalogue alone")
+        << QStringList { "kelvaro", "--no-catalogue" } << QStringList {} << QStringList {} << true;
     QTest::newRow("two directories in the given order")
         << QStringList { "kelvaro", "SANDBOX/b", "SANDBOX/a" }
-        << QStringList { "SANDBOX/b", "SANDBOX/a" } << QStringList {};
+        << QStringList { "SANDBOX/b", "SANDBOX/a" } << QStringList {} << false;
     QTest::newRow("relative directory becomes absolute")
-        << QStringList { "kelvaro", "REL" } << QStringList { "SANDBOX/a" } << QStringList {};
+        << QStringList { "kelvaro", "REL" } << QStringList { "SANDBOX/a" } << QStringList {}
+        << false;
     QTest::newRow("a file and a missing path are left out with the reason")
         << QStringList { "kelvaro", "SANDBOX/file.txt", "SANDBOX/missing", "SANDBOX/a" }
         << QStringList { "SANDBOX/a" }
         << QStringList { "kelvaro: SANDBOX/file.txt: Not a directory",
-                         "kelvaro: SANDBOX/missing: No such file or directory" };
+                         "kelvaro: SANDBOX/missing: No such file or directory" }
+        << false;
 }
 
 void tst_Startup::startDirectories()
@@ -113,6 +121,7 @@ void tst_Startup::startDirectories()
     QFETCH(QStringList, arguments);
     QFETCH(QStringList, expected);
     QFETCH(QStringList, notes);
+    QFETCH(bool, noCatalogue);
 
     testutils::Sandbox sandbox;
     sandbox.makeDir("a");
@@ -133,10 +142,13 @@ void tst_Startup::startDirectories()
 
     QString printed;
     QTextStream errors(&printed);
-    const QStringList directories = Startup::startDirectories(arguments, errors);
+    bool catalogueSwitchedOff = !noCatalogue;
+    const QStringList directories =
+        Startup::startDirectories(arguments, errors, &catalogueSwitchedOff);
     QDir::setCurrent(previous);
     errors.flush();
     QCOMPARE(directories, expected);
+    QCOMPARE(catalogueSwitchedOff, noCatalogue);
     QCOMPARE(printed.split('\n', Qt::SkipEmptyParts), notes);
 }
 

@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
@@ -18,6 +19,8 @@ public:
     Sandbox()
     {
         QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, configDir());
+        // The photo catalogue goes to the cache location: the scratch folder's, not the user's.
+        qputenv("XDG_CACHE_HOME", QFile::encodeName(cacheDir()));
         QCoreApplication::setOrganizationName("Kelvaro");
         QCoreApplication::setApplicationName("Kelvaro");
         QCoreApplication::setApplicationVersion(KELVARO_VERSION);
@@ -26,6 +29,7 @@ public:
     bool isValid() const { return dir.isValid(); }
     QString path() const { return dir.path(); }
     QString configDir() const { return dir.filePath("config"); }
+    QString cacheDir() const { return dir.filePath("cache"); }
     QString filePath(const QString &name) const { return dir.filePath(name); }
 
     // Makes (and returns) a sub-folder of the scratch folder, parents included.

@@ -1,4 +1,5 @@
 #include "tst_filenamepatterns.h"
+#include "tst_photocatalogue.h"
 #include "tst_photodatabase.h"
 #include "tst_photorowinserter.h"
 #include "tst_readerpool.h"
@@ -24,8 +25,9 @@ int main(int argc, char *argv[])
     tst_ScanColumns columns;
     tst_SampleLibrary samples;
     tst_ScanStress stress;
-    const QList<QObject *> tests { &patterns, &database, &inserter, &worker,
-                                   &pool,     &columns,  &samples,  &stress };
+    tst_PhotoCatalogue catalogue;
+    const QList<QObject *> tests { &patterns, &database, &inserter, &worker,   &pool,
+                                   &columns,  &samples,  &stress,   &catalogue };
 
     return testutils::runTestObjects(app.arguments(), tests);
 }

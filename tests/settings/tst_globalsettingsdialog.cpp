@@ -85,6 +85,8 @@ QString describeRow(QLayout *row)
         QWidget *w = row->itemAt(i)->widget();
         if (auto *label = qobject_cast<QLabel *>(w))
             parts << "label:" + label->text();
+        else if (auto *button = qobject_cast<QPushButton *>(w))
+            parts << "button:" + button->objectName() + ":" + button->text();
         else if (auto *spin = qobject_cast<QSpinBox *>(w))
             parts << QString("spin:%1:%2-%3")
                          .arg(spin->objectName())
@@ -243,18 +245,25 @@ void tst_GlobalSettingsDialog::pageContents_data()
     QTest::addColumn<QString>("page");
     QTest::addColumn<QStringList>("contents");
 
-    QTest::newRow("general: update switch, the files read at once, then how names count")
+    QTest::newRow("general: update switch, the files read at once, how names count, then the "
+                  "photo catalogue")
         << "seite_1"
-        << QStringList { "heading:Updates",
-                         "check:checkBoxUpdates:Check on application start",
-                         "heading:Reading",
-                         "row:label:Files read at once|spin:spinBoxReaderThreads:1-64",
-                         "heading:Names",
-                         "check:checkBoxMergeNames:Count names that differ only in blanks and "
-                         "case together",
-                         "check:checkBoxFriendlyMakers:Friendly maker names",
-                         "hint:Your own maker spellings, one per line as spelling = name:",
-                         "text:plainTextEditMakerAliases" };
+        << QStringList {
+               "heading:Updates",
+               "check:checkBoxUpdates:Check on application start",
+               "heading:Reading",
+               "row:label:Files read at once|spin:spinBoxReaderThreads:1-64",
+               "heading:Names",
+               "check:checkBoxMergeNames:Count names that differ only in blanks and "
+               "case together",
+               "check:checkBoxFriendlyMakers:Friendly maker names",
+               "hint:Your own maker spellings, one per line as spelling = name:",
+               "text:plainTextEditMakerAliases",
+               "heading:Photo catalogue",
+               "check:checkBoxRememberPhotos:Remember photos between runs",
+               "row:label:Forget folders not scanned for|spin:spinBoxForgetUnseenDays:0-3650",
+               "row:button:pushButtonForgetPhotos:Forget remembered photos|label:"
+           };
     QTest::newRow("groups: focal length, ISO and 35 mm focal length fields with hints")
         << "seite_2"
         << QStringList { "heading:Define Focal-Length Groups",
@@ -372,6 +381,57 @@ void tst_GlobalSettingsDialog::nameSettingsRoundTrip()
     QCOMPARE(dialog.friendlyMakers(), friendly);
     text->setPlainText(typed);
     QCOMPARE(dialog.makerAliases(), readBack);
+}
+
+void tst_GlobalSettingsDialog::catalogueSettingsRoundTrip_data()
+{
+    QTest::addColumn<bool>("remember");
+    QTest::addColumn<int>("days");
+    QTest::addColumn<int>("daysBack");
+    QTest::addColumn<QString>("daysShown");
+
+    QTest::newRow("remembered, kept for good") << true << 0 << 0 << "never";
+    QTest::newRow("remembered, a month") << true << 30 << 30 << "30 days";
+    QTest::newRow("not remembered") << false << 365 << 365 << "365 days";
+    QTest::newRow("more than ten years is ten years") << true << 100000 << 3650 << "3650 days";
+}
+
+void tst_GlobalSettingsDialog::catalogueSettingsRoundTrip()
+{
+    QFETCH(bool, remember);
+    QFETCH(int, days);
+    QFETCH(int, daysBack);
+    QFETCH(QString, daysShown);
+
+    TDialogGlobalSettings dialog;
+    auto *box = child<QCheckBox>(&dialog, "checkBoxRememberPhotos");
+    auto *spin = child<QSpinBox>(&dialog, "spinBoxForgetUnseenDays");
+    QVERIFY(box && spin);
+    box->setChecked(!remember);
+    dialog.setRememberPhotos(remember);
+    dialog.setForgetUnseenAfterDays(days);
+    QCOMPARE(box->isChecked(), remember);
+    QCOMPARE(dialog.rememberPhotos(), remember);
+    QCOMPARE(dialog.forgetUnseenAfterDays(), daysBack);
+    QCOMPARE(spin->text(), daysShown);
+}
+
+void tst_GlobalSettingsDialog::forgetButtonIsOnlyARequestUntilOk()
+{
+    TDialogGlobalSettings dialog;
+    auto *button = child<QPushButton>(&dialog, "pushButtonForgetPhotos");
+    auto *label = child<QLabel>(&dialog, "labelForgetPhotos");
+    QVERIFY(button && label);
+    QVERIFY(!dialog.forgetPhotosRequested());
+    QVERIFY(button->isEnabled());
+    QVERIFY(label->text().isEmpty());
+    button->click();
+    QVERIFY(dialog.forgetPhotosRequested());
+    QVERIFY(!button->isEnabled());
+    QCOMPARE(label->text(), QString("Forgotten when you press OK"));
+    // A new dialog asks nothing.
+    TDialogGlobalSettings next;
+    QVERIFY(!next.forgetPhotosRequested());
 }
 
 void tst_GlobalSettingsDialog::readerThreadsRoundTrip_data()

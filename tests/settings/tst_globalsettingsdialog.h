@@ -21,6 +21,9 @@ private slots:
     void checkForUpdateRoundTrip();
     void nameSettingsRoundTrip_data();
     void nameSettingsRoundTrip();
+    void catalogueSettingsRoundTrip_data();
+    void catalogueSettingsRoundTrip();
+    void forgetButtonIsOnlyARequestUntilOk();
     void readerThreadsRoundTrip_data();
     void readerThreadsRoundTrip();
     void exclusionListsJoinAndSplit_data();

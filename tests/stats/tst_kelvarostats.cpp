@@ -11,6 +11,9 @@
 #include <QProcess>
 #include <QTest>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 namespace {
 
 struct Result
@@ -52,6 +55,7 @@ Result run(const testutils::Sandbox &sandbox, const QStringList &arguments)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("XDG_CONFIG_HOME", sandbox.configDir());
+    environment.insert("XDG_CACHE_HOME", sandbox.cacheDir());
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(QStringLiteral(KELVARO_STATS_TOOL), arguments);
@@ -260,6 +264,64 @@ void tst_KelvaroStats::messyNamesCountedTogetherOnRequest()
     QCOMPARE(counted, makers);
 }
 
+void tst_KelvaroStats::secondRunTakesUnchangedFilesFromTheCatalogue_data()
+{
+    QTest::addColumn<QStringList>("secondOptions");
+    QTest::addColumn<bool>("rememberPhotos");
+    QTest::addColumn<QString>("secondMakers");
+
+    // The catalogue cannot see a change that keeps size, time, inode and device: a maker renamed
+    // in place shows whether the file was read again or its remembered values were taken.
+    QTest::newRow("catalogue used: the remembered maker")
+        << QStringList {} << true << "Canon=3 NIKON CORPORATION=1 SONY=1";
+    QTest::newRow("--no-catalogue: the file is read")
+        << QStringList { "--no-catalogue" } << true << "Canon=2 NIKON CORPORATION=1 SONY=1 Xanon=1";
+    QTest::newRow("remembering switched off in the settings: the file is read")
+        << QStringList {} << false << "Canon=2 NIKON CORPORATION=1 SONY=1 Xanon=1";
+}
+
+void tst_KelvaroStats::secondRunTakesUnchangedFilesFromTheCatalogue()
+{
+    QFETCH(QStringList, secondOptions);
+    QFETCH(bool, rememberPhotos);
+    QFETCH(QString, secondMakers);
+
+    testutils::Sandbox sandbox;
+    const QString top = writeLibrary(sandbox);
+    {
+        QSettings store(QSettings::IniFormat, QSettings::UserScope, "Kelvaro", "Kelvaro");
+        store.setValue("OtherSettings/rememberPhotos", rememberPhotos);
+    }
+    const QStringList csvMakers { "--format", "csv", "--statistic", "Maker" };
+    const Result first = run(sandbox, csvMakers + QStringList { top });
+    QCOMPARE(first.exitCode, 0);
+    QCOMPARE(csvRows(first.out).value("Maker").join(' '),
+             QString("Canon=3 NIKON CORPORATION=1 SONY=1"));
+    const QString catalogue = sandbox.cacheDir() + "/Kelvaro/photo-catalogue.sqlite";
+    QCOMPARE(QFile::exists(catalogue), rememberPhotos);
+
+    const QString photo = top + "/IMG_2.jpg";
+    struct stat before;
+    QCOMPARE(::stat(QFile::encodeName(photo).constData(), &before), 0);
+    QFile file(photo);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QByteArray bytes = file.readAll();
+    const qsizetype make = bytes.indexOf("Canon");
+    QVERIFY(make > 0);
+    bytes[make] = 'X';
+    QVERIFY(file.seek(0));
+    QCOMPARE(file.write(bytes), bytes.size());
+    file.close();
+    // The modification time back to the nanosecond.
+    const struct timespec times[2] = { before.st_atim, before.st_mtim };
+    QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(photo).constData(), times, 0), 0);
+
+    const Result second = run(sandbox, csvMakers + secondOptions + QStringList { top });
+    QCOMPARE(second.exitCode, 0);
+    QCOMPARE(csvRows(second.out).value("Maker").join(' '), secondMakers);
+    QVERIFY2(second.err.isEmpty(), qPrintable(second.err));
+}
+
 void tst_KelvaroStats::usageErrors_data()
 {
     QTest::addColumn<QStringList>("arguments");
@@ -338,6 +400,7 @@ void tst_KelvaroStats::progressOnlyOnATerminal()
 
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("XDG_CONFIG_HOME", sandbox.configDir());
+    environment.insert("XDG_CACHE_HOME", sandbox.cacheDir());
     QProcess terminal;
     terminal.setProcessEnvironment(environment);
     const QString command = QString("'%1' --format csv --statistic Maker '%2'")

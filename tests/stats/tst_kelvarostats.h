@@ -18,6 +18,8 @@ private slots:
     void storedExclusionsApply();
     void messyNamesCountedTogetherOnRequest_data();
     void messyNamesCountedTogetherOnRequest();
+    void secondRunTakesUnchangedFilesFromTheCatalogue_data();
+    void secondRunTakesUnchangedFilesFromTheCatalogue();
     void usageErrors_data();
     void usageErrors();
     void missingDirectoryIsNamedAndTheRestScanned();

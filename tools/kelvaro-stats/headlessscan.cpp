@@ -1,5 +1,6 @@
 #include "headlessscan.h"
 
+#include "photocatalogue.h"
 #include "photodatabase.h"
 #include "readerpool.h"
 #include "statistic.h"
@@ -30,6 +31,13 @@ StoredScanSettings StoredScanSettings::read()
     settings.readerThreads =
         std::clamp(store.value(QStringLiteral("readerThreads"), ReaderPool::defaultThreads).toInt(),
                    ReaderPool::minThreads, ReaderPool::maxThreads);
+    settings.rememberPhotos = store.value(QStringLiteral("rememberPhotos"), true).toBool();
+    settings.forgetUnseenAfterDays =
+        std::max(0,
+                 store
+                     .value(QStringLiteral("forgetUnseenAfterDays"),
+                            PhotoCatalogue::defaultForgetUnseenAfterDays)
+                     .toInt());
     return settings;
 }
 
@@ -46,7 +54,8 @@ HeadlessScan::~HeadlessScan()
 }
 
 void HeadlessScan::run(QList<QString> directories, QList<QString> patterns, bool includeSubDirs,
-                       const StoredScanSettings &settings, const std::function<void(int)> &progress)
+                       const StoredScanSettings &settings, const std::function<void(int)> &progress,
+                       bool useCatalogue)
 {
     QList<QString> makerExcludes = settings.makerExcludes;
     QList<QString> modelExcludes = settings.modelExcludes;
@@ -60,6 +69,15 @@ void HeadlessScan::run(QList<QString> directories, QList<QString> patterns, bool
     }
     worker->setGroupedStatisticIndexes(groupedIndexes);
     worker->setReaderThreads(settings.readerThreads);
+    if (useCatalogue && settings.rememberPhotos) {
+        TMyWorkerObject::CatalogueUse use;
+        use.file = PhotoCatalogue::defaultFile();
+        use.forgetUnseenAfterDays = settings.forgetUnseenAfterDays;
+        // Called on the scan's thread; read once that thread has ended.
+        use.noteTo = [this](const QString &text) { note = text; };
+        worker->setCatalogue(use);
+    }
+    note.clear();
 
     QThread thread;
     worker->moveToThread(&thread);

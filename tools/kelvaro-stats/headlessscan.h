@@ -17,6 +17,9 @@ struct StoredScanSettings
     QHash<QString, QList<QString>> rangeGroups; // by the statistic's settings key
     int readerThreads = 0;
     QStringList makerAliases; // "spelling = name", used with --friendly-makers
+    // The photo catalogue as the window uses it.
+    bool rememberPhotos = true;
+    int forgetUnseenAfterDays = 0;
 
     static StoredScanSettings read();
 };
@@ -34,12 +37,17 @@ public:
     bool isOpen() const { return db.isOpen(); }
     QSqlDatabase &database() { return db; }
 
-    // Called with the number of files met so far, every 50 files.
+    // Called with the number of files met so far, every 50 files. The photo catalogue is used
+    // when the settings remember photos and useCatalogue is set.
     void run(QList<QString> directories, QList<QString> patterns, bool includeSubDirs,
-             const StoredScanSettings &settings, const std::function<void(int)> &progress);
+             const StoredScanSettings &settings, const std::function<void(int)> &progress,
+             bool useCatalogue = true);
+    // What the scan said about the catalogue (a problem with it), or empty.
+    QString catalogueNote() const { return note; }
 
     qint64 photoCount() const;
 
 private:
     QSqlDatabase db;
+    QString note;
 };

@@ -1,5 +1,6 @@
 // kelvaro-stats [--format text|csv|json] [--statistic TITLE]... [--type SUFFIX]...
-//               [--no-subdirectories] [--merge-names] [--friendly-makers] DIRECTORY...
+//               [--no-subdirectories] [--merge-names] [--friendly-makers] [--no-catalogue]
+//               DIRECTORY...
 //
 // Scans the directories with the window's worker, the user's exclusion lists and range groups,
 // and prints every statistic (or the named ones) computed by the window's own statements. Exit
@@ -82,12 +83,17 @@ int main(int argc, char *argv[])
     }
     const StoredScanSettings settings = StoredScanSettings::read();
     const bool showProgress = isatty(STDERR_FILENO);
-    scan.run(directories, options.patterns, options.includeSubDirs, settings, [&](int count) {
-        if (showProgress)
-            err() << "\rScanned files... " << count << Qt::flush;
-    });
+    scan.run(
+        directories, options.patterns, options.includeSubDirs, settings,
+        [&](int count) {
+            if (showProgress)
+                err() << "\rScanned files... " << count << Qt::flush;
+        },
+        options.useCatalogue);
     if (showProgress)
         err() << '\r' << QString(40, QLatin1Char(' ')) << '\r' << Qt::flush;
+    if (!scan.catalogueNote().isEmpty())
+        err() << "kelvaro-stats: " << scan.catalogueNote() << Qt::endl;
 
     NameRules names;
     names.mergeBlanksAndCase = options.mergeNames;

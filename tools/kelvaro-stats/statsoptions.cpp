@@ -32,6 +32,8 @@ QString statsUsage()
                "  --merge-names          count names that differ only in blanks and case "
                "together\n"
                "  --friendly-makers      count each maker under one name for its spellings\n"
+               "  --no-catalogue         read every file; neither use nor update the photo "
+               "catalogue\n"
                "  -h, --help             print this help and exit\n"
                "  -v, --version          print the version and exit\n"
                "Statistics:\n")
@@ -64,6 +66,8 @@ ParsedOptions parseStatsOptions(const QStringList &arguments)
             options.mergeNames = true;
         } else if (argument == QLatin1String("--friendly-makers")) {
             options.friendlyMakers = true;
+        } else if (argument == QLatin1String("--no-catalogue")) {
+            options.useCatalogue = false;
         } else if (argument == QLatin1String("--format")) {
             const auto format = value();
             if (format == QLatin1String("text"))

@@ -17,6 +17,7 @@ struct StatsOptions
     bool includeSubDirs = true;
     bool mergeNames = false; // names that differ only in blanks, NULs and case count as one
     bool friendlyMakers = false; // makers under one name for their spellings
+    bool useCatalogue = true; // the window's photo catalogue, unless --no-catalogue
     QStringList directories;
 };
 

@@ -1,0 +1,136 @@
+#include "cataloguescan.h"
+
+#include "cataloguerecord.h"
+
+#include <QFile>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <utility>
+
+namespace {
+
+QString folderOfPath(const QString &path, QString *name)
+{
+    const qsizetype slash = path.lastIndexOf(QLatin1Char('/'));
+    *name = path.mid(slash + 1);
+    return slash == 0 ? QStringLiteral("/") : path.left(slash);
+}
+
+bool isWithin(const QString &folder, const QString &ancestor)
+{
+    if (!folder.startsWith(ancestor))
+        return false;
+    return folder.size() == ancestor.size() || ancestor.endsWith(QLatin1Char('/'))
+        || folder.at(ancestor.size()) == QLatin1Char('/');
+}
+
+} // namespace
+
+CatalogueScan::FolderHandle::FolderHandle(const QString &path)
+    : fd(::open(QFile::encodeName(path).constData(), O_PATH | O_DIRECTORY | O_CLOEXEC))
+{ }
+
+CatalogueScan::FolderHandle::~FolderHandle()
+{
+    if (fd >= 0)
+        ::close(fd);
+}
+
+CatalogueScan::FolderHandle::FolderHandle(FolderHandle &&other) noexcept
+    : fd(std::exchange(other.fd, -1))
+{ }
+
+CatalogueScan::FolderHandle &CatalogueScan::FolderHandle::operator=(FolderHandle &&other) noexcept
+{
+    std::swap(fd, other.fd);
+    return *this;
+}
+
+CatalogueScan::CatalogueScan(PhotoCatalogue &catalogue, const QStringList &patterns)
+    : catalogue(catalogue)
+    , patterns(patterns)
+{ }
+
+CatalogueScan::Lookup CatalogueScan::lookup(const QString &path)
+{
+    Lookup lookup;
+    QString name;
+    const QString folder = folderOfPath(path, &name);
+    OpenFolder &open = folderOf(folder);
+    lookup.stamp = open.handle.fd >= 0 ? PhotoCatalogue::FileStamp::of(open.handle.fd, name)
+                                       : PhotoCatalogue::FileStamp::of(path);
+    const std::optional<PhotoCatalogue::Entry> entry =
+        open.unlisted.contains(name) ? std::optional(open.unlisted.take(name)) : std::nullopt;
+    if (!entry || !lookup.stamp || !(entry->stamp == *lookup.stamp))
+        return lookup;
+    PhotoRead read;
+    if (entry->record.isEmpty())
+        read.outcome = PhotoRead::Outcome::NotPhoto;
+    else if (!CatalogueRecord::decode(entry->record, path, read))
+        return lookup; // a damaged record: the file is read again
+    lookup.known = std::move(read);
+    return lookup;
+}
+
+void CatalogueScan::remember(const QString &path, const PhotoCatalogue::FileStamp &stamp,
+                             const PhotoRead &read)
+{
+    if (read.outcome == PhotoRead::Outcome::NotRead)
+        return;
+    QString name;
+    const QString folder = folderOfPath(path, &name);
+    catalogue.remember(folder, name, stamp,
+                       read.outcome == PhotoRead::Outcome::Photo
+                           ? CatalogueRecord::encode(read, path)
+                           : QByteArray());
+}
+
+CatalogueScan::OpenFolder &CatalogueScan::folderOf(const QString &folder)
+{
+    while (!open.empty() && !isWithin(folder, open.back().path)) {
+        close(open.back());
+        open.pop_back();
+    }
+    if (open.empty() || open.back().path != folder)
+        open.push_back({ folder, catalogue.folderEntries(folder), FolderHandle(folder) });
+    return open.back();
+}
+
+void CatalogueScan::close(const OpenFolder &folder)
+{
+    forgetMatching(folder.path, folder.unlisted.keys());
+    catalogue.markSeen(folder.path);
+    visited.insert(folder.path);
+}
+
+void CatalogueScan::forgetMatching(const QString &folder, const QList<QString> &names)
+{
+    QStringList gone;
+    for (const QString &name : names) {
+        if (patterns.matches(name))
+            gone << name;
+    }
+    catalogue.forget(folder, gone);
+}
+
+void CatalogueScan::rootWalked(const QString &root, bool includeSubfolders)
+{
+    while (!open.empty()) {
+        close(open.back());
+        open.pop_back();
+    }
+    // Folders that listed no file this time: gone, or holding no file of the scan's types.
+    for (const QString &folder : catalogue.foldersUnder(root, includeSubfolders)) {
+        if (!visited.contains(folder))
+            forgetMatching(folder, catalogue.folderEntries(folder).keys());
+    }
+    visited.clear();
+}
+
+void CatalogueScan::rootLeft()
+{
+    open.clear();
+    visited.clear();
+}
