@@ -16,6 +16,10 @@ private slots:
     void typesAndSubdirectories_data();
     void typesAndSubdirectories();
     void storedExclusionsApply();
+    void filterOptions_data();
+    void filterOptions();
+    void filterNamedInTextAndJson();
+    void pairsOnce();
     void usageErrors_data();
     void usageErrors();
     void missingDirectoryIsNamedAndTheRestScanned();

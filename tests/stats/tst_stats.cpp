@@ -1,5 +1,6 @@
 #include "testrunner.h"
 #include "tst_kelvarostats.h"
+#include "tst_photofilter.h"
 #include "tst_statistics.h"
 
 #include <QCoreApplication>
@@ -8,6 +9,7 @@ int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     tst_Statistics statistics;
+    tst_PhotoFilter filter;
     tst_KelvaroStats program;
-    return testutils::runTestObjects(app.arguments(), { &statistics, &program });
+    return testutils::runTestObjects(app.arguments(), { &statistics, &filter, &program });
 }

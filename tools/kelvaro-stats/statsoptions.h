@@ -1,5 +1,6 @@
 #pragma once
 
+#include "photofilter.h"
 #include "statistic.h"
 
 #include <QList>
@@ -16,6 +17,7 @@ struct StatsOptions
     QStringList patterns; // the file types' name patterns
     bool includeSubDirs = true;
     QStringList directories;
+    PhotoFilter filter; // the photos counted; every photo when empty
 };
 
 // Reads the arguments (without the program's name). False with a message for the user on bad
