@@ -37,6 +37,7 @@ MainWindow::MainWindow(const QStringList &startDirectories, QWidget *parent)
     createDBAndTable();
     prepareTableModel();
     prepareTableViewRawData();
+    createRawDataActions();
     setupConnections();
     if (checkForUpdatesOnStart)
         checkForUpdates();
@@ -79,6 +80,9 @@ void MainWindow::createMoreUI()
     ui->tabWidget->setUsesScrollButtons(true);
     ui->tabWidget->setElideMode(Qt::ElideNone);
     createTabListButton();
+
+    createFilterDock();
+    connectTableDrillDown();
 
     // The window opens the chart settings dialog from the statistic charts' context menu.
     for (const StatisticTab &tab : std::as_const(statisticTabs))
@@ -125,6 +129,8 @@ void MainWindow::createViewMenu()
         connect(action, &QAction::toggled, this,
                 [this, &statistic](bool checked) { showStatisticTab(statistic, checked); });
     }
+    ui->menuView->addSeparator();
+    ui->menuView->addAction(filterDock->toggleViewAction());
 }
 
 void MainWindow::showStatisticTab(const Statistic &statistic, bool shown)

@@ -147,6 +147,7 @@ void MainWindow::on_actionGlobalSettings_triggered()
     dialog->setFocalLength35Groups(rangeGroups["focalLength35Groups"]);
     dialog->setCheckForUpdate(checkForUpdatesOnStart);
     dialog->setReaderThreads(readerThreads);
+    dialog->setPairsOnce(pairsOnce);
     if (dialog->exec() != QDialog::Accepted)
         return;
 
@@ -157,6 +158,7 @@ void MainWindow::on_actionGlobalSettings_triggered()
     rangeGroups["focalLength35Groups"] = dialog->focalLength35Groups();
     checkForUpdatesOnStart = dialog->checkForUpdate();
     readerThreads = dialog->readerThreads();
+    pairsOnce = dialog->pairsOnce();
     // New exclusions and groups take effect through a new scan, even when nothing changed.
     onDirectorySelectionChanged();
 }

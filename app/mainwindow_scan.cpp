@@ -52,6 +52,9 @@ void MainWindow::onDirectorySelectionChanged(const QItemSelection &, const QItem
     if (workerThread && (workerRunning || workerThread->isRunning()))
         stopWorkerThread();
     labelStatus->setText(QString());
+    // The selected ids belong to the photos that are about to go.
+    photoSelection.clear();
+    restrictRawData();
 
     selectedDirectories = directories;
     if (selectedDirectories.isEmpty())
@@ -196,11 +199,11 @@ void MainWindow::onWorkerOperationDone()
     tableModel->select();
     while (tableModel->canFetchMore())
         tableModel->fetchMore();
-    labelStatus->setText("Valid files: " + QString::number(tableModel->rowCount())
-                         + (everyTypeUntilSwitched
-                                ? tr(" (no file type is switched on: this run reads every type)")
-                                : QString()));
+    scanStatus = "Valid files: " + QString::number(tableModel->rowCount())
+        + (everyTypeUntilSwitched ? tr(" (no file type is switched on: this run reads every type)")
+                                  : QString());
     workerRunning = false;
+    renewFilterAfterScan();
     updateCharts();
 }
 
@@ -224,13 +227,16 @@ void MainWindow::updateCharts()
     }
 
     // Each controller runs its statistic on the main connection as it is made.
-    for (StatisticTab &tab : statisticTabs)
-        tab.controller = createStatisticController(*tab.statistic, db, tab.chartView, tab.tableView,
-                                                   tab.settings, rangesOf(*tab.statistic), this);
+    for (StatisticTab &tab : statisticTabs) {
+        tab.controller =
+            createStatisticController(*tab.statistic, db, tab.chartView, tab.tableView,
+                                      tab.settings, rangesOf(*tab.statistic), this, photoSelection);
+        connectChartDrillDown(tab);
+    }
 
     chartDate3D =
         new ChartDate3D(db, ui->layoutDateOriginal, static_cast<Q3DTheme::Theme>(chartDateTheme),
-                        camXRotation, camYRotation, camZoom, this);
+                        camXRotation, camYRotation, camZoom, this, photoSelection);
 }
 
 void MainWindow::onCurrentTabWidgetChanged(int index)

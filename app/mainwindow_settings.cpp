@@ -4,6 +4,7 @@
 #include "ui_mainwindow.h"
 
 #include "chartsettingsstore.h"
+#include "filterpanel.h"
 #include "readerpool.h"
 
 #include <QComboBox>
@@ -65,6 +66,17 @@ void MainWindow::readSettings()
     // A stored count outside the range (edited by hand) is brought into it.
     readerThreads = std::clamp(settings.value("readerThreads", ReaderPool::defaultThreads).toInt(),
                                ReaderPool::minThreads, ReaderPool::maxThreads);
+    pairsOnce = settings.value("pairsOnce", false).toBool();
+    settings.endGroup();
+
+    // The panel keeps the stored values until the first scan shows which of them exist.
+    settings.beginGroup("Filter");
+    PhotoFilter filter;
+    for (const PhotoFilterField &field : PhotoFilterFields::all())
+        filter.*field.values = settings.value(field.key, QVariant()).toStringList();
+    filter.from = QDate::fromString(settings.value("from").toString(), Qt::ISODate);
+    filter.to = QDate::fromString(settings.value("to").toString(), Qt::ISODate);
+    filterPanel->setFilter(filter);
     settings.endGroup();
 
     settings.beginGroup("ChartSettings");
@@ -115,6 +127,15 @@ void MainWindow::saveSettings()
         }
     }
     settings.setValue("readerThreads", readerThreads);
+    settings.setValue("pairsOnce", pairsOnce);
+    settings.endGroup();
+
+    settings.beginGroup("Filter");
+    const PhotoFilter filter = filterPanel->filter();
+    for (const PhotoFilterField &field : PhotoFilterFields::all())
+        settings.setValue(field.key, QStringList(filter.*field.values));
+    settings.setValue("from", filter.from.toString(Qt::ISODate));
+    settings.setValue("to", filter.to.toString(Qt::ISODate));
     settings.endGroup();
 
     settings.beginGroup("ChartSettings");

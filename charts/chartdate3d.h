@@ -1,5 +1,7 @@
 #pragma once
 
+#include "photoselection.h"
+
 #include <Q3DTheme>
 #include <QDate>
 #include <QImage>
@@ -29,8 +31,10 @@ class ChartDate3D : public QObject
 
 public:
     explicit ChartDate3D(QObject *parent = nullptr);
+    // The chart counts the selected photos (every photo by default).
     ChartDate3D(QSqlDatabase &db, QVBoxLayout *layout, Q3DTheme::Theme theme, float cameraX,
-                float cameraY, float cameraZoom, QObject *parent);
+                float cameraY, float cameraZoom, QObject *parent,
+                const PhotoSelection &selection = PhotoSelection());
 
     // Rebuilds the rows and the graph from the database, replacing what the layout held.
     void refreshChart();
@@ -77,6 +81,7 @@ private:
 
     QPointer<Q3DBars> barGraph;
     QSqlDatabase db;
+    PhotoSelection selection;
     QPointer<QVBoxLayout> layout;
     Q3DTheme::Theme theme = Q3DTheme::ThemeQt;
     float cameraX = 0;

@@ -75,6 +75,16 @@ int TDialogGlobalSettings::readerThreads()
     return ui->spinBoxReaderThreads->value();
 }
 
+void TDialogGlobalSettings::setPairsOnce(bool once)
+{
+    ui->checkBoxPairsOnce->setChecked(once);
+}
+
+bool TDialogGlobalSettings::pairsOnce()
+{
+    return ui->checkBoxPairsOnce->isChecked();
+}
+
 void TDialogGlobalSettings::setMakerExcludes(QList<QString> &makers)
 {
     ui->leMakerExcludes->setText(makers.join(';'));

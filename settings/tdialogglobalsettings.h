@@ -29,6 +29,8 @@ public:
     // How many files a scan reads at once; the spin box keeps it within its range.
     void setReaderThreads(int count);
     int readerThreads();
+    void setPairsOnce(bool once);
+    bool pairsOnce();
 
     void setMakerExcludes(QList<QString> &makers);
     QList<QString> makerExcludes();

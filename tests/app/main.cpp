@@ -17,6 +17,7 @@ std::unique_ptr<QObject> makeChartCommandsTest();
 std::unique_ptr<QObject> makeGlobalSettingsTest();
 std::unique_ptr<QObject> makeUpdateOfferTest();
 std::unique_ptr<QObject> makeStatisticsViewTest();
+std::unique_ptr<QObject> makeFilterViewTest();
 
 int main(int argc, char **argv)
 {
@@ -25,6 +26,7 @@ int main(int argc, char **argv)
         makeStartupTest(),        makeWindowFrameTest(), makeRawDataTableTest(),
         makeSettingsStoreTest(),  makeScanControlTest(), makeChartCommandsTest(),
         makeGlobalSettingsTest(), makeUpdateOfferTest(), makeStatisticsViewTest(),
+        makeFilterViewTest(),
     };
     QList<QObject *> objects;
     for (const auto &test : tests)

@@ -257,7 +257,7 @@ void tst_WindowFrame::menus_data()
                                      "actionSony_arw",       "|",
                                      "action_dng",           "action_jpg",
                                      "action_heif",          "|" };
-    QTest::newRow("View, one entry per statistic")
+    QTest::newRow("View, one entry per statistic, then the filter panel")
         << "menuView"
         << "View" << QStringList { "actionViewMaker",         "actionViewModel",
                                    "actionViewLens",          "actionViewFocalLength",
@@ -267,7 +267,8 @@ void tst_WindowFrame::menus_data()
                                    "actionViewExposureMode",  "actionViewDateOriginal",
                                    "actionViewFocalLength35", "actionViewFocalLength35G",
                                    "actionViewHourOfDay",     "actionViewWeekday",
-                                   "actionViewFileType" };
+                                   "actionViewFileType",      "|",
+                                   "actionViewFilterPanel" };
     QTest::newRow("Help") << "menuHelp"
                           << "Help" << QStringList { "actionAbout_Kelvaro", "actionAbout_Qt" };
 }

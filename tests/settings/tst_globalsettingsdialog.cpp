@@ -240,11 +240,13 @@ void tst_GlobalSettingsDialog::pageContents_data()
     QTest::addColumn<QString>("page");
     QTest::addColumn<QStringList>("contents");
 
-    QTest::newRow("general: update switch, then the files read at once")
-        << "seite_1"
-        << QStringList { "heading:Updates", "check:checkBoxUpdates:Check on application start",
-                         "heading:Reading",
-                         "row:label:Files read at once|spin:spinBoxReaderThreads:1-64" };
+    QTest::newRow("general: update switch, the files read at once, then the pairs counted once")
+        << "seite_1" << QStringList { "heading:Updates",
+                                      "check:checkBoxUpdates:Check on application start",
+                                      "heading:Reading",
+                                      "row:label:Files read at once|spin:spinBoxReaderThreads:1-64",
+                                      "heading:Counting",
+                                      "check:checkBoxPairsOnce:Count RAW+JPEG pairs once" };
     QTest::newRow("groups: focal length, ISO and 35 mm focal length fields with hints")
         << "seite_2"
         << QStringList { "heading:Define Focal-Length Groups",
@@ -345,6 +347,28 @@ void tst_GlobalSettingsDialog::readerThreadsRoundTrip()
     dialog.setReaderThreads(given);
     QCOMPARE(spin->value(), readBack);
     QCOMPARE(dialog.readerThreads(), readBack);
+}
+
+void tst_GlobalSettingsDialog::pairsOnceRoundTrip_data()
+{
+    QTest::addColumn<bool>("once");
+
+    QTest::newRow("on") << true;
+    QTest::newRow("off") << false;
+}
+
+void tst_GlobalSettingsDialog::pairsOnceRoundTrip()
+{
+    QFETCH(bool, once);
+
+    TDialogGlobalSettings dialog;
+    auto *box = child<QCheckBox>(&dialog, "checkBoxPairsOnce");
+    QVERIFY(box);
+    QVERIFY(!box->isChecked());
+    dialog.setPairsOnce(once);
+    QCOMPARE(box->isChecked(), once);
+    box->setChecked(!once);
+    QCOMPARE(dialog.pairsOnce(), !once);
 }
 
 void tst_GlobalSettingsDialog::exclusionListsJoinAndSplit_data()

@@ -21,6 +21,8 @@ private slots:
     void checkForUpdateRoundTrip();
     void readerThreadsRoundTrip_data();
     void readerThreadsRoundTrip();
+    void pairsOnceRoundTrip_data();
+    void pairsOnceRoundTrip();
     void exclusionListsJoinAndSplit_data();
     void exclusionListsJoinAndSplit();
     void groupGettersReturnTheAcceptedList();
