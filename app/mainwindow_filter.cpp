@@ -72,8 +72,9 @@ void MainWindow::selectFilteredPhotos()
 {
     PhotoFilter filter = filterPanel->filter();
     filter.pairsOnce = pairsOnce;
-    if (!photoSelection.select(db, StatementFilter(filter)))
-        photoSelection.clear();
+    QString error;
+    if (!photoSelection.select(db, StatementFilter(filter), &error))
+        qWarning("The filter could not be applied: %s", qPrintable(error));
     restrictRawData();
     showStatus();
 }

@@ -297,9 +297,13 @@ void ChartController::verarbeiteTitleSettings()
 {
     const QString title = chartSettings.wantsChartTitle ? chartSettings.chartTitleText : QString();
     const QString filter = filterLine();
-    chart->setTitle(filter.isEmpty()      ? title
-                        : title.isEmpty() ? filter
-                                          : title + QLatin1Char('\n') + filter);
+    // A chart title is rich text: under a filter the line break is a tag, the texts escaped.
+    if (filter.isEmpty())
+        chart->setTitle(title);
+    else if (title.isEmpty())
+        chart->setTitle(filter.toHtmlEscaped());
+    else
+        chart->setTitle(title.toHtmlEscaped() + QStringLiteral("<br>") + filter.toHtmlEscaped());
 }
 
 QString ChartController::filterLine() const
