@@ -64,11 +64,17 @@ bool PhotoSelection::select(const QSqlDatabase &db, const StatementFilter &filte
             QStringLiteral("CREATE TABLE IF NOT EXISTS %1 (ID INTEGER PRIMARY KEY)").arg(idTable))
         && query.exec(QStringLiteral("DELETE FROM %1").arg(idTable))
         && selectDays(db, filter.filter()) && fill.exec(query);
-    if (!filled) {
+    if (!filled
+        || !query.exec(QStringLiteral("SELECT (SELECT count(*) FROM %1), (SELECT count(*) "
+                                      "FROM DATEIEN)")
+                           .arg(idTable))
+        || !query.next()) {
         if (error)
             *error = query.lastError().text();
         return false;
     }
+    // A few photos are cheaper looked up one by one and sorted than found among all of them.
+    fewSelected = query.value(0).toLongLong() * fewSelectedShare < query.value(1).toLongLong();
     statementFilter = filter;
     return true;
 }
@@ -94,8 +100,12 @@ QString PhotoSelection::source(const QString &table) const
     }
     if (statementFilter.filter().isEmpty())
         return QStringLiteral("SELECT %1 FROM %2").arg(columns, name);
-    // CROSS JOIN keeps the table outside: its statistic's index is walked in order and each id
-    // looked up in the selection.
+    // CROSS JOIN fixes the order. With the table outside its statistic's index is walked in order
+    // and each id looked up in the selection; with few photos selected these are looked up in
+    // the table instead, and only they are sorted.
+    if (fewSelected)
+        return QStringLiteral("SELECT %1 FROM %3 AS Selected CROSS JOIN %2 ON %2.ID = Selected.ID")
+            .arg(columns, name, idTable);
     return QStringLiteral("SELECT %1 FROM %2 CROSS JOIN %3 AS Selected ON Selected.ID = %2.ID")
         .arg(columns, name, idTable);
 }

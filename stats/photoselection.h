@@ -37,7 +37,11 @@ private:
     QString source(const QString &table) const;
     bool selectDays(const QSqlDatabase &db, const PhotoFilter &filter);
 
+    // Below one photo in this many the selected photos are looked up in the tables.
+    static constexpr qint64 fewSelectedShare = 8;
+
     QString idTable; // "temp.<name>"
+    bool fewSelected = false;
     QString dayTable; // "temp.<name>Days"
     StatementFilter statementFilter;
 };

@@ -30,6 +30,7 @@ private slots:
     void computedColumnsFeedStatisticsAndFilter();
     void statisticIndexesStayInUse_data();
     void statisticIndexesStayInUse();
+    void fewSelectedPhotosAreLookedUp();
     void descriptions_data();
     void descriptions();
 
