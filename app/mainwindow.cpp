@@ -44,6 +44,7 @@ MainWindow::MainWindow(const QStringList &startDirectories, Catalogue catalogue,
     createDBAndTable();
     prepareTableModel();
     prepareTableViewRawData();
+    createRawDataActions();
     setupConnections();
     if (checkForUpdatesOnStart)
         checkForUpdates();
@@ -93,6 +94,9 @@ void MainWindow::createMoreUI()
     ui->tabWidget->setUsesScrollButtons(true);
     ui->tabWidget->setElideMode(Qt::ElideNone);
     createTabListButton();
+
+    createFilterDock();
+    connectTableDrillDown();
 
     // The window opens the chart settings dialog from the statistic charts' context menu.
     for (const StatisticTab &tab : std::as_const(statisticTabs))
@@ -146,6 +150,8 @@ void MainWindow::createViewMenu()
         if (!shown)
             hiddenStatistics.append(DateViews::calendarKey);
     });
+    ui->menuView->addSeparator();
+    ui->menuView->addAction(filterDock->toggleViewAction());
 }
 
 void MainWindow::showStatisticTab(const Statistic &statistic, bool shown)

@@ -2,6 +2,8 @@
 
 #include "namerules.h"
 #include "photocatalogue.h"
+#include "photofilter.h"
+#include "photoselection.h"
 #include "readerpool.h"
 #include "statistictabs.h"
 #include "tchartsettings.h"
@@ -20,11 +22,13 @@ class ChartController;
 class ChartDate3D;
 class DateViews;
 class NameHints;
+class FilterPanel;
 class QAction;
 class QChartView;
 class QCloseEvent;
 class QComboBox;
 class QContextMenuEvent;
+class QDockWidget;
 class QFileSystemModel;
 class QLabel;
 class QSortFilterProxyModel;
@@ -87,6 +91,7 @@ private slots:
     void onWorkerOperationDone();
     void onCurrentTabWidgetChanged(int index);
     void onCurrentThemeDateChanged(int index);
+    void onFilterChanged(const PhotoFilter &filter);
 
     void on_actionQuit_triggered();
     void on_actionCopyChartToClipboard_triggered();
@@ -135,6 +140,24 @@ private:
     void showStatisticTab(const Statistic &statistic, bool shown);
     // The ranges a grouped statistic uses now (the user's; empty for its defaults).
     QList<QString> rangesOf(const Statistic &statistic) const;
+
+    // The filter panel in a dock beside the directory tree, shown from the View menu.
+    void createFilterDock();
+    // After a scan: the pairs, the panel's values and the selection of the kept filter.
+    void renewFilterAfterScan();
+    // Selects the filter's photos (the pairs setting added) and shows the count in the status line.
+    void selectFilteredPhotos();
+    // The raw-data tab shows the selected photos only.
+    void restrictRawData();
+    void showStatus();
+    // Drill-down: a double-click on a statistic's table row or chart bar or slice adds its value
+    // to the filter and shows the photos in the raw-data tab.
+    void connectTableDrillDown();
+    void connectChartDrillDown(const StatisticTab &tab);
+    void drillDown(const Statistic &statistic, int row);
+    // "Open" and "Show in folder" in the raw-data tab (context menu and Enter).
+    void createRawDataActions();
+    void openCurrentPhoto(bool itsFolder);
 
     Ui::MainWindow *ui;
     QComboBox *comboBoxThemeDate = nullptr;
@@ -195,6 +218,16 @@ private:
     float camXRotation = 30.0f;
     float camYRotation = 30.0f;
     float camZoom = 100.0f;
+
+    FilterPanel *filterPanel = nullptr;
+    QDockWidget *filterDock = nullptr;
+    // The photos every statistic, the date chart and the raw-data tab count.
+    PhotoSelection photoSelection;
+    // "Count RAW+JPEG pairs once" (Settings → General); off by default.
+    bool pairsOnce = false;
+    int pairsMerged = 0;
+    // The status line's text for the scan, before the filter adds its part.
+    QString scanStatus;
 
     TObjectFileDownloader *fileDownloader = nullptr;
     QStringList startDirectories;

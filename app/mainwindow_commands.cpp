@@ -157,6 +157,7 @@ void MainWindow::on_actionGlobalSettings_triggered()
     dialog->setMakerAliases(MakerNames::formatAliases(nameRules.makerAliases));
     dialog->setRememberPhotos(rememberPhotos);
     dialog->setForgetUnseenAfterDays(forgetUnseenAfterDays);
+    dialog->setPairsOnce(pairsOnce);
     if (dialog->exec() != QDialog::Accepted)
         return;
 
@@ -173,6 +174,7 @@ void MainWindow::on_actionGlobalSettings_triggered()
     rememberPhotos = dialog->rememberPhotos();
     forgetUnseenAfterDays = dialog->forgetUnseenAfterDays();
     forgetPhotosAtNextScan = forgetPhotosAtNextScan || dialog->forgetPhotosRequested();
+    pairsOnce = dialog->pairsOnce();
     // New exclusions and groups take effect through a new scan, even when nothing changed.
     onDirectorySelectionChanged();
 }

@@ -58,6 +58,9 @@ void MainWindow::onDirectorySelectionChanged(const QItemSelection &, const QItem
     if (workerThread && (workerRunning || workerThread->isRunning()))
         stopWorkerThread();
     labelStatus->setText(QString());
+    // The selected ids belong to the photos that are about to go.
+    photoSelection.clear();
+    restrictRawData();
 
     selectedDirectories = directories;
     if (selectedDirectories.isEmpty())
@@ -221,12 +224,12 @@ void MainWindow::onWorkerOperationUpdate(int count)
 void MainWindow::onWorkerOperationDone()
 {
     tableModel->select();
-    labelStatus->setText(
-        "Valid files: " + QString::number(tableModel->rowCount())
+    scanStatus = "Valid files: " + QString::number(tableModel->rowCount())
         + (everyTypeUntilSwitched ? tr(" (no file type is switched on: this run reads every type)")
                                   : QString())
-        + (catalogueNote.isEmpty() ? QString() : QStringLiteral(" — ") + catalogueNote));
+        + (catalogueNote.isEmpty() ? QString() : QStringLiteral(" — ") + catalogueNote);
     workerRunning = false;
+    renewFilterAfterScan();
     updateCharts();
 #ifdef __GLIBC__
     // What the scan allocated and freed again stays with the C library until it is told to give
@@ -257,14 +260,17 @@ void MainWindow::updateCharts()
     NameRulesSql::setActive(nameRules);
     nameHints->refresh(db, nameRules.mergeBlanksAndCase);
     // Each controller runs its statistic on the main connection as it is made.
-    for (StatisticTab &tab : statisticTabs)
-        tab.controller = createStatisticController(*tab.statistic, db, tab.chartView, tab.tableView,
-                                                   tab.settings, rangesOf(*tab.statistic), this);
+    for (StatisticTab &tab : statisticTabs) {
+        tab.controller =
+            createStatisticController(*tab.statistic, db, tab.chartView, tab.tableView,
+                                      tab.settings, rangesOf(*tab.statistic), this, photoSelection);
+        connectChartDrillDown(tab);
+    }
 
     const DaySpan shownDays = dateViews->refresh(db, QDate::currentDate());
     chartDate3D =
         new ChartDate3D(db, ui->layoutDateOriginal, static_cast<Q3DTheme::Theme>(chartDateTheme),
-                        camXRotation, camYRotation, camZoom, shownDays, this);
+                        camXRotation, camYRotation, camZoom, shownDays, this, photoSelection);
 }
 
 void MainWindow::onCurrentTabWidgetChanged(int index)

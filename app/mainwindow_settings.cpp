@@ -5,6 +5,7 @@
 
 #include "chartsettingsstore.h"
 #include "dateviews.h"
+#include "filterpanel.h"
 #include "readerpool.h"
 
 #include <QComboBox>
@@ -91,6 +92,17 @@ void MainWindow::readSettings()
         0,
         settings.value("forgetUnseenAfterDays", PhotoCatalogue::defaultForgetUnseenAfterDays)
             .toInt());
+    pairsOnce = settings.value("pairsOnce", false).toBool();
+    settings.endGroup();
+
+    // The panel keeps the stored values until the first scan shows which of them exist.
+    settings.beginGroup("Filter");
+    PhotoFilter filter;
+    for (const PhotoFilterField &field : PhotoFilterFields::all())
+        filter.*field.values = settings.value(field.key, QVariant()).toStringList();
+    filter.from = QDate::fromString(settings.value("from").toString(), Qt::ISODate);
+    filter.to = QDate::fromString(settings.value("to").toString(), Qt::ISODate);
+    filterPanel->setFilter(filter);
     settings.endGroup();
 
     settings.beginGroup("ChartSettings");
@@ -149,6 +161,15 @@ void MainWindow::saveSettings()
                        QStringList());
     settings.setValue("rememberPhotos", rememberPhotos);
     settings.setValue("forgetUnseenAfterDays", forgetUnseenAfterDays);
+    settings.setValue("pairsOnce", pairsOnce);
+    settings.endGroup();
+
+    settings.beginGroup("Filter");
+    const PhotoFilter filter = filterPanel->filter();
+    for (const PhotoFilterField &field : PhotoFilterFields::all())
+        settings.setValue(field.key, QStringList(filter.*field.values));
+    settings.setValue("from", filter.from.toString(Qt::ISODate));
+    settings.setValue("to", filter.to.toString(Qt::ISODate));
     settings.endGroup();
 
     settings.beginGroup("ChartSettings");

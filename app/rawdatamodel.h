@@ -38,6 +38,7 @@ public:
     // placeholders ("?") for the values given; an empty condition means every row. A selected
     // model is selected again.
     void setRestriction(const QString &condition, const QVariantList &values = {});
+    QString restrictionCondition() const { return restriction; }
     bool select();
     // The table was emptied: no rows until the next select().
     void clearRows();

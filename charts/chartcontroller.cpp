@@ -47,12 +47,14 @@ ChartController::ChartController(QObject *parent)
 { }
 
 ChartController::ChartController(QSqlDatabase &db, QChartView *chartView, QTableView *tableView,
-                                 TChartSettings &settings, QObject *parent)
+                                 TChartSettings &settings, QObject *parent,
+                                 const PhotoSelection &selection)
     : QObject(parent)
     , db(db)
     , chartSettings(settings)
     , chartView(chartView)
     , tableView(tableView)
+    , selection(selection)
 { }
 
 // The chart belongs to the chart view; the model is ours. A table view that still shows the
@@ -93,8 +95,7 @@ void ChartController::runStatistic(const QString &statement, const QStringList &
 {
     auto *newModel = new QSqlQueryModel;
     QSqlQuery query(db);
-    query.prepare(NameRulesSql::apply(statement, NameRulesSql::active()));
-    query.exec();
+    selection.apply(NameRulesSql::apply(statement, NameRulesSql::active())).exec(query);
     newModel->setQuery(std::move(query));
     // SQLite does not report the size of a result, so the model would hold only its first block
     // of 256 rows; a statistic with more distinct values would lose its tail.
@@ -384,7 +385,24 @@ void ChartController::createPieChartLegendeUndLabels(QPieSeries *series)
 
 void ChartController::verarbeiteTitleSettings()
 {
-    chart->setTitle(chartSettings.wantsChartTitle ? chartSettings.chartTitleText : QString());
+    const QString title = chartSettings.wantsChartTitle ? chartSettings.chartTitleText : QString();
+    const QString filter = filterLine();
+    // A chart title is rich text: under a filter the line break is a tag, the texts escaped.
+    if (filter.isEmpty())
+        chart->setTitle(title);
+    else if (title.isEmpty())
+        chart->setTitle(filter.toHtmlEscaped());
+    else
+        chart->setTitle(title.toHtmlEscaped() + QStringLiteral("<br>") + filter.toHtmlEscaped());
+}
+
+QString ChartController::filterLine() const
+{
+    if (selection.filter().filter().isEmpty())
+        return {};
+    if (model && model->rowCount() == 0)
+        return QStringLiteral("No photo matches the filter");
+    return selection.filter().filter().description();
 }
 
 void ChartController::verarbeiteValueAxisTitleSettings()

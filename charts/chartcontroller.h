@@ -1,5 +1,6 @@
 #pragma once
 
+#include "photoselection.h"
 #include "tchartsettings.h"
 
 #include <QChart>
@@ -30,8 +31,10 @@ class ChartController : public QObject
 
 public:
     explicit ChartController(QObject *parent = nullptr);
+    // The statistic counts the selected photos (every photo by default).
     ChartController(QSqlDatabase &db, QChartView *chartView, QTableView *tableView,
-                    TChartSettings &settings, QObject *parent);
+                    TChartSettings &settings, QObject *parent,
+                    const PhotoSelection &selection = PhotoSelection());
     ~ChartController() override;
 
     // Takes over the whole record; the caller redraws with refreshChart().
@@ -87,8 +90,11 @@ protected:
     TChartSettings chartSettings;
     QChartView *chartView = nullptr;
     QTableView *tableView = nullptr;
+    PhotoSelection selection;
 
 private:
+    // Under a filter the chart names it beneath its title, or says that no photo matched.
+    QString filterLine() const;
     void showInTable();
     void limitChartRows();
     void showHoverText(int row);

@@ -14,8 +14,9 @@ ChartControllerExpTime::ChartControllerExpTime(const Statistic &statistic, QObje
 
 ChartControllerExpTime::ChartControllerExpTime(const Statistic &statistic, QSqlDatabase &db,
                                                QChartView *chartView, QTableView *tableView,
-                                               TChartSettings &settings, QObject *parent)
-    : ChartController(db, chartView, tableView, settings, parent)
+                                               TChartSettings &settings, QObject *parent,
+                                               const PhotoSelection &selection)
+    : ChartController(db, chartView, tableView, settings, parent, selection)
     , statistic(statistic)
 {
     refreshChart();
@@ -96,7 +97,7 @@ void ChartControllerExpTime::drawPie(qreal holeSize)
 
 void ChartControllerExpTime::applyTitleAndLegend()
 {
-    chart->setTitle(chartSettings.wantsChartTitle ? chartSettings.chartTitleText : QString());
+    verarbeiteTitleSettings();
     QLegend *legend = chart->legend();
     if (chartSettings.wantsLegend) {
         legend->setAlignment(Qt::Alignment(chartSettings.chartLegendPos));

@@ -15,7 +15,8 @@ class ChartControllerExpTime : public ChartController
 public:
     explicit ChartControllerExpTime(const Statistic &statistic, QObject *parent = nullptr);
     ChartControllerExpTime(const Statistic &statistic, QSqlDatabase &db, QChartView *chartView,
-                           QTableView *tableView, TChartSettings &settings, QObject *parent);
+                           QTableView *tableView, TChartSettings &settings, QObject *parent,
+                           const PhotoSelection &selection = PhotoSelection());
 
     void prepareData() override;
 

@@ -58,9 +58,11 @@ ChartDate3D::ChartDate3D(QObject *parent)
 }
 
 ChartDate3D::ChartDate3D(QSqlDatabase &db, QVBoxLayout *layout, Q3DTheme::Theme theme,
-                         float cameraX, float cameraY, float cameraZoom, QObject *parent)
+                         float cameraX, float cameraY, float cameraZoom, QObject *parent,
+                         const PhotoSelection &selection)
     : QObject(parent)
     , db(db)
+    , selection(selection)
     , layout(layout)
     , theme(theme)
     , cameraX(cameraX)
@@ -72,9 +74,10 @@ ChartDate3D::ChartDate3D(QSqlDatabase &db, QVBoxLayout *layout, Q3DTheme::Theme 
 
 ChartDate3D::ChartDate3D(QSqlDatabase &db, QVBoxLayout *layout, Q3DTheme::Theme theme,
                          float cameraX, float cameraY, float cameraZoom, const DaySpan &shownDays,
-                         QObject *parent)
+                         QObject *parent, const PhotoSelection &selection)
     : QObject(parent)
     , db(db)
+    , selection(selection)
     , layout(layout)
     , theme(theme)
     , cameraX(cameraX)
@@ -136,7 +139,7 @@ void ChartDate3D::extractDateTimeData()
     query.setForwardOnly(true);
     // Counting per date prefix in SQL gives the same counts as reading every row and saves
     // converting 100,000 texts one by one.
-    if (!query.exec(PhotoDatabase::photosPerDayStatement))
+    if (!selection.apply(PhotoDatabase::photosPerDayStatement).exec(query))
         return;
     while (query.next()) {
         const QDate day = parseExifDate(query.value(0).toString());

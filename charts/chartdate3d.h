@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dayspan.h"
+#include "photoselection.h"
 
 #include <Q3DTheme>
 #include <QDate>
@@ -31,11 +32,14 @@ class ChartDate3D : public QObject
 
 public:
     explicit ChartDate3D(QObject *parent = nullptr);
+    // The chart counts the selected photos (every photo by default).
     ChartDate3D(QSqlDatabase &db, QVBoxLayout *layout, Q3DTheme::Theme theme, float cameraX,
-                float cameraY, float cameraZoom, QObject *parent);
+                float cameraY, float cameraZoom, QObject *parent,
+                const PhotoSelection &selection = PhotoSelection());
     // The same, drawing only the photos taken within `shownDays`.
     ChartDate3D(QSqlDatabase &db, QVBoxLayout *layout, Q3DTheme::Theme theme, float cameraX,
-                float cameraY, float cameraZoom, const DaySpan &shownDays, QObject *parent);
+                float cameraY, float cameraZoom, const DaySpan &shownDays, QObject *parent,
+                const PhotoSelection &selection = PhotoSelection());
 
     // Rebuilds the rows and the graph from the database, replacing what the layout held.
     void refreshChart();
@@ -82,6 +86,7 @@ private:
 
     QPointer<Q3DBars> barGraph;
     QSqlDatabase db;
+    PhotoSelection selection;
     QPointer<QVBoxLayout> layout;
     Q3DTheme::Theme theme = Q3DTheme::ThemeQt;
     float cameraX = 0;

@@ -8,8 +8,8 @@
 RangeGroupController::RangeGroupController(const Statistic &statistic, QSqlDatabase &db,
                                            QChartView *chartView, QTableView *tableView,
                                            TChartSettings &settings, QList<QString> ranges,
-                                           QObject *parent)
-    : ChartController(db, chartView, tableView, settings, parent)
+                                           QObject *parent, const PhotoSelection &selection)
+    : ChartController(db, chartView, tableView, settings, parent, selection)
     , statistic(statistic)
     , ranges(ranges)
 {

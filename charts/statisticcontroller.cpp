@@ -7,8 +7,9 @@ StatisticController::StatisticController(const Statistic &statistic, QObject *pa
 
 StatisticController::StatisticController(const Statistic &statistic, QSqlDatabase &db,
                                          QChartView *chartView, QTableView *tableView,
-                                         TChartSettings &settings, QObject *parent)
-    : ChartController(db, chartView, tableView, settings, parent)
+                                         TChartSettings &settings, QObject *parent,
+                                         const PhotoSelection &selection)
+    : ChartController(db, chartView, tableView, settings, parent, selection)
     , statistic(statistic)
 {
     refreshChart();

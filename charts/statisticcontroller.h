@@ -13,7 +13,8 @@ public:
     // Without database and views: a refresh draws nothing anywhere.
     explicit StatisticController(const Statistic &statistic, QObject *parent = nullptr);
     StatisticController(const Statistic &statistic, QSqlDatabase &db, QChartView *chartView,
-                        QTableView *tableView, TChartSettings &settings, QObject *parent);
+                        QTableView *tableView, TChartSettings &settings, QObject *parent,
+                        const PhotoSelection &selection = PhotoSelection());
 
     void prepareData() override;
 

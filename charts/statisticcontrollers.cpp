@@ -7,16 +7,18 @@
 ChartController *createStatisticController(const Statistic &statistic, QSqlDatabase &db,
                                            QChartView *chartView, QTableView *tableView,
                                            TChartSettings &settings, const QList<QString> &ranges,
-                                           QObject *parent)
+                                           QObject *parent, const PhotoSelection &selection)
 {
     if (statistic.rangeGroups)
         return new RangeGroupController(statistic, db, chartView, tableView, settings, ranges,
-                                        parent);
+                                        parent, selection);
     switch (statistic.shape) {
     case Statistic::Shape::ValueCount:
-        return new StatisticController(statistic, db, chartView, tableView, settings, parent);
+        return new StatisticController(statistic, db, chartView, tableView, settings, parent,
+                                       selection);
     case Statistic::Shape::ValueTextCount:
-        return new ChartControllerExpTime(statistic, db, chartView, tableView, settings, parent);
+        return new ChartControllerExpTime(statistic, db, chartView, tableView, settings, parent,
+                                          selection);
     case Statistic::Shape::DayCounts:
         break;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "photoselection.h"
 #include "statistic.h"
 #include "tchartsettings.h"
 
@@ -15,8 +16,9 @@ class QTableView;
 // How a statistic is drawn follows from the rows its statement gives: range groups, exposure
 // times (a value to sort by and its text) or plain values. Constructs (and so draws) the
 // statistic's controller; the ranges serve range groups only. Null for the date statistic, which
-// the 3-D date chart draws.
+// the 3-D date chart draws. The statistic counts the selected photos.
 ChartController *createStatisticController(const Statistic &statistic, QSqlDatabase &db,
                                            QChartView *chartView, QTableView *tableView,
                                            TChartSettings &settings, const QList<QString> &ranges,
-                                           QObject *parent);
+                                           QObject *parent,
+                                           const PhotoSelection &selection = PhotoSelection());

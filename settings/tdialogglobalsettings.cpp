@@ -139,6 +139,16 @@ void TDialogGlobalSettings::on_pushButtonForgetPhotos_clicked()
     ui->labelForgetPhotos->setText(tr("Forgotten when you press OK"));
 }
 
+void TDialogGlobalSettings::setPairsOnce(bool once)
+{
+    ui->checkBoxPairsOnce->setChecked(once);
+}
+
+bool TDialogGlobalSettings::pairsOnce()
+{
+    return ui->checkBoxPairsOnce->isChecked();
+}
+
 void TDialogGlobalSettings::setMakerExcludes(QList<QString> &makers)
 {
     ui->leMakerExcludes->setText(makers.join(';'));

@@ -29,6 +29,8 @@ public:
     // How many files a scan reads at once; the spin box keeps it within its range.
     void setReaderThreads(int count);
     int readerThreads();
+    void setPairsOnce(bool once);
+    bool pairsOnce();
 
     // "Count names that differ only in blanks and case together", "Friendly maker names" and the
     // user's maker spellings ("spelling = name", one per entry; empty lines are dropped).

@@ -38,11 +38,19 @@ QList<StatisticRow> perDay(QSqlQuery &query)
 bool readStatisticRows(const Statistic &statistic, const QSqlDatabase &db,
                        const QList<QString> &ranges, QList<StatisticRow> &rows, QString *error)
 {
+    return readStatisticRows(statistic, db, ranges, PhotoSelection(), rows, error);
+}
+
+bool readStatisticRows(const Statistic &statistic, const QSqlDatabase &db,
+                       const QList<QString> &ranges, const PhotoSelection &selection,
+                       QList<StatisticRow> &rows, QString *error)
+{
     rows.clear();
     QSqlQuery query(db);
     query.setForwardOnly(true);
-    if (!query.exec(
-            NameRulesSql::apply(statistic.selectStatement(ranges), NameRulesSql::active()))) {
+    if (!selection
+             .apply(NameRulesSql::apply(statistic.selectStatement(ranges), NameRulesSql::active()))
+             .exec(query)) {
         if (error)
             *error = query.lastError().text();
         return false;
@@ -54,5 +62,24 @@ bool readStatisticRows(const Statistic &statistic, const QSqlDatabase &db,
     while (query.next())
         rows.append({ query.value(statistic.valueColumn()).toString(),
                       query.value(statistic.countColumn()).toLongLong() });
+    return true;
+}
+
+bool readFieldValues(const PhotoFilterField &field, const QSqlDatabase &db,
+                     const PhotoSelection &selection, QList<StatisticRow> &rows, QString *error)
+{
+    rows.clear();
+    QSqlQuery query(db);
+    query.setForwardOnly(true);
+    const BoundStatement statement =
+        selection.apply(QStringLiteral("SELECT %1, count(*) FROM %2 GROUP BY 1 ORDER BY 1")
+                            .arg(field.column, field.table));
+    if (!statement.exec(query)) {
+        if (error)
+            *error = query.lastError().text();
+        return false;
+    }
+    while (query.next())
+        rows.append({ query.value(0).toString(), query.value(1).toLongLong() });
     return true;
 }

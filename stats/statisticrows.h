@@ -1,5 +1,6 @@
 #pragma once
 
+#include "photoselection.h"
 #include "statistic.h"
 
 #include <QList>
@@ -25,3 +26,13 @@ struct StatisticRow
 bool readStatisticRows(const Statistic &statistic, const QSqlDatabase &db,
                        const QList<QString> &ranges, QList<StatisticRow> &rows,
                        QString *error = nullptr);
+// The same over the photos selected.
+bool readStatisticRows(const Statistic &statistic, const QSqlDatabase &db,
+                       const QList<QString> &ranges, const PhotoSelection &selection,
+                       QList<StatisticRow> &rows, QString *error = nullptr);
+
+// The values of one of the filter's lists present in the photos selected, each with its number
+// of photos, in the values' order.
+bool readFieldValues(const PhotoFilterField &field, const QSqlDatabase &db,
+                     const PhotoSelection &selection, QList<StatisticRow> &rows,
+                     QString *error = nullptr);

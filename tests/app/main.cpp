@@ -20,6 +20,7 @@ std::unique_ptr<QObject> makeUpdateOfferTest();
 std::unique_ptr<QObject> makeStatisticsViewTest();
 std::unique_ptr<QObject> makeDateViewsTest();
 std::unique_ptr<QObject> makeNameHintsTest();
+std::unique_ptr<QObject> makeFilterViewTest();
 
 int main(int argc, char **argv)
 {
@@ -29,6 +30,7 @@ int main(int argc, char **argv)
         makeSettingsStoreTest(),  makeScanControlTest(), makeChartCommandsTest(),
         makeGlobalSettingsTest(), makeUpdateOfferTest(), makeStatisticsViewTest(),
         makeRawDataModelTest(),   makeDateViewsTest(),   makeNameHintsTest(),
+        makeFilterViewTest(),
     };
     QList<QObject *> objects;
     for (const auto &test : tests)

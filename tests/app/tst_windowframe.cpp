@@ -257,17 +257,29 @@ void tst_WindowFrame::menus_data()
                                      "actionSony_arw",       "|",
                                      "action_dng",           "action_jpg",
                                      "action_heif",          "|" };
-    QTest::newRow("View, one entry per statistic")
+    QTest::newRow("View, one entry per statistic, then the filter panel")
         << "menuView"
-        << "View" << QStringList { "actionViewMaker",         "actionViewModel",
-                                   "actionViewLens",          "actionViewFocalLength",
-                                   "actionViewFocalLengthG",  "actionViewISO",
-                                   "actionViewISOG",          "actionViewFNumber",
-                                   "actionViewExposureTime",  "actionViewMeteringMode",
-                                   "actionViewExposureMode",  "actionViewDateOriginal",
-                                   "actionViewFocalLength35", "actionViewFocalLength35G",
-                                   "actionViewHourOfDay",     "actionViewWeekday",
-                                   "actionViewFileType",      "actionViewCalendar" };
+        << "View"
+        << QStringList { "actionViewMaker",
+                         "actionViewModel",
+                         "actionViewLens",
+                         "actionViewFocalLength",
+                         "actionViewFocalLengthG",
+                         "actionViewISO",
+                         "actionViewISOG",
+                         "actionViewFNumber",
+                         "actionViewExposureTime",
+                         "actionViewMeteringMode",
+                         "actionViewExposureMode",
+                         "actionViewDateOriginal",
+                         "actionViewFocalLength35",
+                         "actionViewFocalLength35G",
+                         "actionViewHourOfDay",
+                         "actionViewWeekday",
+                         "actionViewFileType",
+                         "actionViewCalendar",
+                         "|",
+                         "actionViewFilterPanel" };
     QTest::newRow("Help") << "menuHelp"
                           << "Help" << QStringList { "actionAbout_Kelvaro", "actionAbout_Qt" };
 }

@@ -245,8 +245,8 @@ void tst_GlobalSettingsDialog::pageContents_data()
     QTest::addColumn<QString>("page");
     QTest::addColumn<QStringList>("contents");
 
-    QTest::newRow("general: update switch, the files read at once, how names count, then the "
-                  "photo catalogue")
+    QTest::newRow("general: update switch, the files read at once, how names count, the photo "
+                  "catalogue, then the pairs counted once")
         << "seite_1"
         << QStringList {
                "heading:Updates",
@@ -262,7 +262,9 @@ void tst_GlobalSettingsDialog::pageContents_data()
                "heading:Photo catalogue",
                "check:checkBoxRememberPhotos:Remember photos between runs",
                "row:label:Forget folders not scanned for|spin:spinBoxForgetUnseenDays:0-3650",
-               "row:button:pushButtonForgetPhotos:Forget remembered photos|label:"
+               "row:button:pushButtonForgetPhotos:Forget remembered photos|label:",
+               "heading:Counting",
+               "check:checkBoxPairsOnce:Count RAW+JPEG pairs once"
            };
     QTest::newRow("groups: focal length, ISO and 35 mm focal length fields with hints")
         << "seite_2"
@@ -457,6 +459,28 @@ void tst_GlobalSettingsDialog::readerThreadsRoundTrip()
     dialog.setReaderThreads(given);
     QCOMPARE(spin->value(), readBack);
     QCOMPARE(dialog.readerThreads(), readBack);
+}
+
+void tst_GlobalSettingsDialog::pairsOnceRoundTrip_data()
+{
+    QTest::addColumn<bool>("once");
+
+    QTest::newRow("on") << true;
+    QTest::newRow("off") << false;
+}
+
+void tst_GlobalSettingsDialog::pairsOnceRoundTrip()
+{
+    QFETCH(bool, once);
+
+    TDialogGlobalSettings dialog;
+    auto *box = child<QCheckBox>(&dialog, "checkBoxPairsOnce");
+    QVERIFY(box);
+    QVERIFY(!box->isChecked());
+    dialog.setPairsOnce(once);
+    QCOMPARE(box->isChecked(), once);
+    box->setChecked(!once);
+    QCOMPARE(dialog.pairsOnce(), !once);
 }
 
 void tst_GlobalSettingsDialog::exclusionListsJoinAndSplit_data()

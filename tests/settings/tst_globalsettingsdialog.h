@@ -26,6 +26,8 @@ private slots:
     void forgetButtonIsOnlyARequestUntilOk();
     void readerThreadsRoundTrip_data();
     void readerThreadsRoundTrip();
+    void pairsOnceRoundTrip_data();
+    void pairsOnceRoundTrip();
     void exclusionListsJoinAndSplit_data();
     void exclusionListsJoinAndSplit();
     void groupGettersReturnTheAcceptedList();

@@ -322,6 +322,107 @@ void tst_KelvaroStats::secondRunTakesUnchangedFilesFromTheCatalogue()
     QVERIFY2(second.err.isEmpty(), qPrintable(second.err));
 }
 
+void tst_KelvaroStats::filterOptions_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("makers");
+
+    QTest::newRow("one maker") << QStringList { "--maker", "Canon" } << "Canon=3";
+    QTest::newRow("two makers") << QStringList { "--maker", "SONY", "--maker", "Canon" }
+                                << "Canon=3 SONY=1";
+    QTest::newRow("maker in another case matches nothing")
+        << QStringList { "--maker", "canon" } << "";
+    QTest::newRow("model") << QStringList { "--model", "NIKON D70" } << "NIKON CORPORATION=1";
+    QTest::newRow("lens") << QStringList { "--lens", fixture::typicalTags().lensModel }
+                          << "Canon=3 NIKON CORPORATION=1 SONY=1";
+    QTest::newRow("maker and model that never met")
+        << QStringList { "--maker", "Canon", "--model", "NIKON D70" } << "";
+    QTest::newRow("one day") << QStringList { "--from", "2023-03-14", "--to", "2023-03-14" }
+                             << "Canon=3";
+    QTest::newRow("until the day of the Nikon")
+        << QStringList { "--to", "2021-07-03" } << "NIKON CORPORATION=1";
+    QTest::newRow("from the day after the Nikon")
+        << QStringList { "--from", "2021-07-04" } << "Canon=3";
+    QTest::newRow("between the photos")
+        << QStringList { "--from", "2021-07-04", "--to", "2023-03-13" } << "";
+    QTest::newRow("maker and range")
+        << QStringList { "--maker", "NIKON CORPORATION", "--from", "2021-01-01" }
+        << "NIKON CORPORATION=1";
+}
+
+void tst_KelvaroStats::filterOptions()
+{
+    QFETCH(QStringList, options);
+    QFETCH(QString, makers);
+    testutils::Sandbox sandbox;
+    const QString top = writeLibrary(sandbox);
+    QVERIFY(!top.isEmpty());
+    const Result result =
+        run(sandbox, QStringList { "--format", "csv" } + options + QStringList { top });
+    QCOMPARE(result.exitCode, 0);
+    const QMap<QString, QStringList> rows = csvRows(result.out);
+    QCOMPARE(rows.value("Maker").join(' '), makers);
+    // Every statistic counts the same photos.
+    int kept = 0;
+    for (const QString &row : rows.value("Maker"))
+        kept += row.section('=', -1).toInt();
+    for (const Statistic &statistic : Statistics::all()) {
+        int total = 0;
+        for (const QString &row : rows.value(statistic.tabTitle))
+            total += row.section('=', -1).toInt();
+        QVERIFY2(total == kept, qPrintable(statistic.tabTitle));
+    }
+}
+
+void tst_KelvaroStats::filterNamedInTextAndJson()
+{
+    testutils::Sandbox sandbox;
+    const QString top = writeLibrary(sandbox);
+    const QStringList filter { "--maker", "Canon", "--from", "2023-01-01", "--to", "2023-12-31" };
+    const Result text = run(sandbox, filter + QStringList { "--statistic", "Maker", top });
+    QCOMPARE(text.exitCode, 0);
+    QVERIFY2(text.out.startsWith("Photos: 5\nShowing: 3 (Canon, 2023)\n"), qPrintable(text.out));
+    const Result json =
+        run(sandbox, QStringList { "--format", "json" } + filter + QStringList { top });
+    const QJsonObject root = QJsonDocument::fromJson(json.out.toUtf8()).object();
+    QCOMPARE(root.value("photos").toInt(), 5);
+    QCOMPARE(root.value("shown").toInt(), 3);
+    QCOMPARE(root.value("filter").toString(), QString("Canon, 2023"));
+    // Without a filter the output is as it always was.
+    const Result plain = run(sandbox, { "--statistic", "Maker", top });
+    QVERIFY(plain.out.startsWith("Photos: 5\n\nMaker\n"));
+    const Result plainJson = run(sandbox, { "--format", "json", top });
+    QCOMPARE(QJsonDocument::fromJson(plainJson.out.toUtf8()).object().keys(),
+             (QStringList { "photos", "statistics" }));
+}
+
+// Raw files and their JPEGs in one folder count once; a JPEG of the same name in another folder
+// and a JPEG without a raw file still count.
+void tst_KelvaroStats::pairsOnce()
+{
+    testutils::Sandbox sandbox;
+    const QString top = sandbox.makeDir("pairs");
+    const QString other = sandbox.makeDir("pairs/other");
+    fixture::PhotoTags tags = fixture::typicalTags();
+    bool written = true;
+    written &= fixture::writePhoto(top + "/A.NEF", fixture::Format::TiffLittle, tags);
+    written &= fixture::writePhoto(top + "/A.jpg", fixture::Format::Jpeg, tags);
+    written &= fixture::writePhoto(top + "/B.nef", fixture::Format::TiffLittle, tags);
+    written &= fixture::writePhoto(top + "/B.JPG", fixture::Format::Jpeg, tags);
+    written &= fixture::writePhoto(top + "/C.jpg", fixture::Format::Jpeg, tags);
+    written &= fixture::writePhoto(other + "/A.jpg", fixture::Format::Jpeg, tags);
+    QVERIFY(written);
+    const Result merged = run(sandbox, { "--format", "csv", "--pairs-once", top });
+    QCOMPARE(merged.exitCode, 0);
+    QCOMPARE(csvRows(merged.out).value("File Type"), (QStringList { "JPG=2", "NEF=2" }));
+    const Result all = run(sandbox, { "--format", "csv", top });
+    QCOMPARE(csvRows(all.out).value("File Type"), (QStringList { "JPG=4", "NEF=2" }));
+    const Result text = run(sandbox, { "--pairs-once", "--statistic", "File Type", top });
+    QVERIFY2(text.out.startsWith("Photos: 6\nShowing: 4 (RAW+JPEG once)\n"
+                                 "RAW+JPEG pairs merged: 2\n"),
+             qPrintable(text.out));
+}
+
 void tst_KelvaroStats::usageErrors_data()
 {
     QTest::addColumn<QStringList>("arguments");
@@ -337,6 +438,14 @@ void tst_KelvaroStats::usageErrors_data()
     QTest::newRow("type without value") << QStringList { ".", "--type" } << "--type needs";
     QTest::newRow("type with a wildcard")
         << QStringList { "--type", "*.jpg", "." } << "--type needs";
+    QTest::newRow("maker without value") << QStringList { ".", "--maker" } << "--maker needs";
+    QTest::newRow("day in another order")
+        << QStringList { "--from", "14.03.2023", "." } << "--from needs a day written yyyy-MM-dd";
+    QTest::newRow("day no calendar has")
+        << QStringList { "--to", "2023-02-30", "." } << "--to needs a day written yyyy-MM-dd";
+    QTest::newRow("from after to")
+        << QStringList { "--from", "2023-03-02", "--to", "2023-03-01", "." }
+        << "--from is after --to";
 }
 
 void tst_KelvaroStats::usageErrors()

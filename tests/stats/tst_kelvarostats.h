@@ -20,6 +20,10 @@ private slots:
     void messyNamesCountedTogetherOnRequest();
     void secondRunTakesUnchangedFilesFromTheCatalogue_data();
     void secondRunTakesUnchangedFilesFromTheCatalogue();
+    void filterOptions_data();
+    void filterOptions();
+    void filterNamedInTextAndJson();
+    void pairsOnce();
     void usageErrors_data();
     void usageErrors();
     void missingDirectoryIsNamedAndTheRestScanned();

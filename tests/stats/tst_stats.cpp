@@ -1,6 +1,7 @@
 #include "testrunner.h"
 #include "tst_kelvarostats.h"
 #include "tst_namerules.h"
+#include "tst_photofilter.h"
 #include "tst_statistics.h"
 
 #include <QCoreApplication>
@@ -9,7 +10,8 @@ int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     tst_Statistics statistics;
+    tst_PhotoFilter filter;
     tst_KelvaroStats program;
     tst_NameRules names;
-    return testutils::runTestObjects(app.arguments(), { &statistics, &program, &names });
+    return testutils::runTestObjects(app.arguments(), { &statistics, &filter, &program, &names });
 }

@@ -1,14 +1,17 @@
 // kelvaro-stats [--format text|csv|json] [--statistic TITLE]... [--type SUFFIX]...
 //               [--no-subdirectories] [--merge-names] [--friendly-makers] [--no-catalogue]
-//               DIRECTORY...
+//               [--maker TEXT]... [--model TEXT]... [--lens TEXT]... [--from DAY] [--to DAY]
+//               [--pairs-once] DIRECTORY...
 //
 // Scans the directories with the window's worker, the user's exclusion lists and range groups,
-// and prints every statistic (or the named ones) computed by the window's own statements. Exit
+// and prints every statistic (or the named ones) computed by the window's own statements, over
+// the photos the filter options keep. Exit
 // code 0, 1 when a directory could not be scanned (the rest are), 2 on bad usage
 // (docs/man/kelvaro-stats.1).
 #include "headlessscan.h"
 #include "kelvaroversion.h"
 #include "namerules.h"
+#include "rawjpegpairs.h"
 #include "statsoptions.h"
 #include "statsreport.h"
 
@@ -103,13 +106,25 @@ int main(int argc, char *argv[])
 
     StatsReport report;
     report.photos = scan.photoCount();
+    if (options.filter.pairsOnce)
+        report.pairsMerged = RawJpegPairs::markCompanions(scan.database());
+    PhotoSelection selection;
+    QString error;
+    if (!selection.select(scan.database(), StatementFilter(options.filter), &error)) {
+        err() << "kelvaro-stats: the filter: " << error << '\n';
+        return 1;
+    }
+    if (selection.isFiltered()) {
+        report.filter = options.filter.description();
+        report.shown = selection.count(scan.database());
+    }
     for (const Statistic *statistic : options.statistics) {
         StatsReport::Table table { statistic->tabTitle, {} };
-        QString error;
         const QList<QString> ranges = statistic->rangeGroups
             ? settings.rangeGroups.value(statistic->rangeGroups->settingsKey)
             : QList<QString>();
-        if (!readStatisticRows(*statistic, scan.database(), ranges, table.rows, &error)) {
+        if (!readStatisticRows(*statistic, scan.database(), ranges, selection, table.rows,
+                               &error)) {
             err() << "kelvaro-stats: " << statistic->tabTitle << ": " << error << '\n';
             return 1;
         }

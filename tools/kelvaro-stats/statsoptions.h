@@ -1,5 +1,6 @@
 #pragma once
 
+#include "photofilter.h"
 #include "statistic.h"
 
 #include <QList>
@@ -19,6 +20,7 @@ struct StatsOptions
     bool friendlyMakers = false; // makers under one name for their spellings
     bool useCatalogue = true; // the window's photo catalogue, unless --no-catalogue
     QStringList directories;
+    PhotoFilter filter; // the photos counted; every photo when empty
 };
 
 // Reads the arguments (without the program's name). False with a message for the user on bad

@@ -22,6 +22,10 @@ QString csvField(QString field)
 QString StatsReport::text() const
 {
     QString out = QStringLiteral("Photos: %1\n").arg(photos);
+    if (!filter.isEmpty())
+        out += QStringLiteral("Showing: %1 (%2)\n").arg(shown).arg(filter);
+    if (pairsMerged > 0)
+        out += QStringLiteral("RAW+JPEG pairs merged: %1\n").arg(pairsMerged);
     for (const Table &table : tables) {
         qsizetype valueWidth = 5;
         qsizetype countWidth = 5;
@@ -60,7 +64,12 @@ QString StatsReport::json() const
                                       { QStringLiteral("count"), row.count } });
         statistics.insert(table.title, rows);
     }
-    const QJsonObject root { { QStringLiteral("photos"), photos },
-                             { QStringLiteral("statistics"), statistics } };
+    QJsonObject root { { QStringLiteral("photos"), photos },
+                       { QStringLiteral("statistics"), statistics } };
+    if (!filter.isEmpty()) {
+        root.insert(QStringLiteral("filter"), filter);
+        root.insert(QStringLiteral("shown"), shown);
+        root.insert(QStringLiteral("pairsMerged"), pairsMerged);
+    }
     return QString::fromUtf8(QJsonDocument(root).toJson(QJsonDocument::Indented));
 }
