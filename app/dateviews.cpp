@@ -37,10 +37,11 @@ DateViews::DateViews(QTabWidget *tabs, QVBoxLayout *dateTabLayout, QObject *pare
     tabs->addTab(page, tr("Calendar"));
 }
 
-DaySpan DateViews::refresh(const QSqlDatabase &db, const QDate &today)
+DaySpan DateViews::refresh(const QSqlDatabase &db, const QDate &today,
+                           const PhotoSelection &selection)
 {
     QList<StatisticRow> rows;
-    readStatisticRows(*Statistics::byKey(Statistics::dateOriginal), db, {}, rows);
+    readStatisticRows(*Statistics::byKey(Statistics::dateOriginal), db, {}, selection, rows);
     const QMap<QDate, qint64> days = photosPerDay(rows);
     const DaySpan plausible = DaySpan::plausible(today);
     bar->setState(photosOutside(days, plausible), hideImplausible);

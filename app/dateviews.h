@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dayspan.h"
+#include "photoselection.h"
 
 #include <QDate>
 #include <QObject>
@@ -28,9 +29,10 @@ public:
     bool hidesImplausibleDates() const { return hideImplausible; }
     void setHidesImplausibleDates(bool hide) { hideImplausible = hide; }
 
-    // Counts the photos per day, updates the line and the calendar, and gives the days the date
-    // chart is to draw.
-    DaySpan refresh(const QSqlDatabase &db, const QDate &today);
+    // Counts the selected photos per day, updates the line and the calendar, and gives the days the
+    // date chart is to draw.
+    DaySpan refresh(const QSqlDatabase &db, const QDate &today,
+                    const PhotoSelection &selection = PhotoSelection());
 
     // The View menu's checkable entry that shows or hides the Calendar tab.
     QAction *addViewAction(QMenu *menu, bool shown);

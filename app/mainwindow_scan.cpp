@@ -267,7 +267,7 @@ void MainWindow::updateCharts()
         connectChartDrillDown(tab);
     }
 
-    const DaySpan shownDays = dateViews->refresh(db, QDate::currentDate());
+    const DaySpan shownDays = dateViews->refresh(db, QDate::currentDate(), photoSelection);
     chartDate3D =
         new ChartDate3D(db, ui->layoutDateOriginal, static_cast<Q3DTheme::Theme>(chartDateTheme),
                         camXRotation, camYRotation, camZoom, shownDays, this, photoSelection);

@@ -2,6 +2,7 @@
 // line and the raw-data tab narrowed by it, an empty result, the presets of the date range, the
 // RAW+JPEG pairs, the export under a filter, and the filter kept over a rescan and between runs.
 #include "apptestsupport.h"
+#include "calendarchart.h"
 #include "chartcontroller.h"
 #include "chartdate3d.h"
 #include "filterpanel.h"
@@ -109,6 +110,7 @@ private slots:
     void panelListsTheScansValuesWithCounts();
     void viewMenuShowsThePanel();
     void checkedMakerNarrowsEveryStatistic();
+    void calendarFollowsTheFilter();
     void clearFilterRestoresTodaysStatements();
     void emptyResultSaysSo();
     void datePresets_data();
@@ -242,6 +244,25 @@ void tst_FilterView::checkedMakerNarrowsEveryStatistic()
     QVERIFY(setChecked(list("model"), "ILCE-7M3", true));
     QCOMPARE(probe.status(), QString("Valid files: 7 — showing 1: Canon, SONY, ILCE-7M3"));
     QCOMPARE(probe.tableModel()->rowCount(), 1);
+}
+
+void tst_FilterView::calendarFollowsTheFilter()
+{
+    QVERIFY(scanned());
+    const auto *calendar = window->findChild<CalendarChart *>("calendarChart");
+    QVERIFY(calendar);
+    const QDate nikonDay(2021, 7, 3);
+    QVERIFY2(calendar->years().size() == 2, qPrintable(QString::number(calendar->years().size())));
+    QVERIFY(setChecked(list("maker"), "NIKON CORPORATION", true));
+    QCOMPARE(calendar->years(), QList<int> { 2021 });
+    QCOMPARE(calendar->busiestDay(), qint64(2));
+    QVERIFY(!calendar->cellRect(nikonDay).isEmpty());
+    // Only the photo without a date: no year is drawn.
+    QVERIFY(setChecked(list("maker"), "NIKON CORPORATION", false));
+    QVERIFY(setChecked(list("maker"), "SONY", true));
+    QVERIFY(calendar->years().isEmpty());
+    panel()->findChild<QPushButton *>("pushButtonClear")->click();
+    QCOMPARE(calendar->years().size(), 2);
 }
 
 void tst_FilterView::clearFilterRestoresTodaysStatements()
