@@ -87,6 +87,8 @@ void MainWindow::createMoreUI()
     nameHints = new NameHints(statisticTabs, this);
     connect(nameHints, &NameHints::mergeRequested, this, [this] {
         nameRules.mergeBlanksAndCase = true;
+        // The filter's lists and the photos it keeps follow the merged names.
+        renewFilterAfterScan();
         updateCharts();
     });
     // With every statistic's tab the bar is wider than most windows: it scrolls, and the tabs'

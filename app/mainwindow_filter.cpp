@@ -52,10 +52,13 @@ void MainWindow::createFilterDock()
 void MainWindow::renewFilterAfterScan()
 {
     pairsMerged = pairsOnce ? RawJpegPairs::markCompanions(db) : 0;
-    // The lists count the whole scan, so that every value stays in reach.
+    // The lists count the whole scan, so that every value stays in reach, with names as the
+    // statistics count them.
+    PhotoSelection everyPhoto(QStringLiteral("KelvaroFilterLists"));
+    everyPhoto.select(db, StatementFilter({}, {}, nameRules));
     for (const PhotoFilterField &field : PhotoFilterFields::all()) {
         QList<StatisticRow> values;
-        readFieldValues(field, db, PhotoSelection(), values);
+        readFieldValues(field, db, everyPhoto, values);
         filterPanel->setChoices(field, values);
     }
     selectFilteredPhotos();
@@ -74,7 +77,7 @@ void MainWindow::selectFilteredPhotos()
     PhotoFilter filter = filterPanel->filter();
     filter.pairsOnce = pairsOnce;
     QString error;
-    if (!photoSelection.select(db, StatementFilter(filter), &error))
+    if (!photoSelection.select(db, StatementFilter(filter, {}, nameRules), &error))
         qWarning("The filter could not be applied: %s", qPrintable(error));
     restrictRawData();
     showStatus();

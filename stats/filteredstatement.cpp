@@ -39,9 +39,11 @@ bool BoundStatement::exec(QSqlQuery &query) const
     return query.exec();
 }
 
-StatementFilter::StatementFilter(const PhotoFilter &filter, ColumnExpressions columnExpressions)
+StatementFilter::StatementFilter(const PhotoFilter &filter, ColumnExpressions columnExpressions,
+                                 NameRules nameRules)
     : photoFilter(filter)
     , columns(std::move(columnExpressions))
+    , names(std::move(nameRules))
 { }
 
 QString StatementFilter::columnExpression(const QString &column) const
@@ -103,5 +105,6 @@ BoundStatement StatementFilter::matchingIds(const QString &dayTable) const
         select.text += QStringLiteral(" WHERE ") + condition.text;
         select.values = condition.values;
     }
+    select.text = NameRulesSql::apply(select.text, names);
     return select;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "namerules.h"
 #include "photofilter.h"
 
 #include <QHash>
@@ -28,10 +29,13 @@ public:
     // DATEIEN's columns by name, each an SQL expression over the table's own columns.
     using ColumnExpressions = QHash<QString, QString>;
 
+    // Under name rules, the filter's names (and the lists of names to pick from) are compared as
+    // the statistics count them: "JVC" also keeps the photos of "jvc " when names are merged.
     explicit StatementFilter(const PhotoFilter &filter = {},
-                             ColumnExpressions columnExpressions = {});
+                             ColumnExpressions columnExpressions = {}, NameRules nameRules = {});
 
     const PhotoFilter &filter() const { return photoFilter; }
+    const NameRules &nameRules() const { return names; }
     const ColumnExpressions &columnExpressions() const { return columns; }
     // Whether statements must read the tables through a source at all.
     bool changesStatements() const { return !photoFilter.isEmpty() || !columns.isEmpty(); }
@@ -52,4 +56,5 @@ private:
 
     PhotoFilter photoFilter;
     ColumnExpressions columns;
+    NameRules names;
 };

@@ -71,9 +71,10 @@ bool readFieldValues(const PhotoFilterField &field, const QSqlDatabase &db,
     rows.clear();
     QSqlQuery query(db);
     query.setForwardOnly(true);
-    const BoundStatement statement =
-        selection.apply(QStringLiteral("SELECT %1, count(*) FROM %2 GROUP BY 1 ORDER BY 1")
-                            .arg(field.column, field.table));
+    const BoundStatement statement = selection.apply(
+        NameRulesSql::apply(QStringLiteral("SELECT %1, count(*) FROM %2 GROUP BY 1 ORDER BY 1")
+                                .arg(field.column, field.table),
+                            selection.filter().nameRules()));
     if (!statement.exec(query)) {
         if (error)
             *error = query.lastError().text();

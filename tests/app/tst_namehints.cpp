@@ -2,6 +2,7 @@
 // them", the two settings from the store, and the raw rows that keep the names as the files hold
 // them.
 #include "apptestsupport.h"
+#include "filterpanel.h"
 #include "mainwindow.h"
 #include "mainwindowprobe.h"
 #include "namemergehintbar.h"
@@ -9,6 +10,7 @@
 #include "testutils.h"
 
 #include <QAbstractItemModel>
+#include <QListWidget>
 #include <QPushButton>
 #include <QSqlRecord>
 #include <QTableView>
@@ -108,6 +110,16 @@ void tst_NameHints::hintOffersToMergeAndTheChoiceIsKept()
     QCOMPARE(tableRows("Maker"), QStringList({ "Canon=1", "EASTMAN KODAK COMPANY=2", "JVC=4" }));
     QVERIFY(hint("Maker")->isHidden());
     QVERIFY(hint("Model")->isHidden());
+    // The filter panel lists the merged names, and picking one keeps every photo counted under it.
+    QListWidget *makerList =
+        window->findChild<FilterPanel *>()->list(PhotoFilterFields::all().at(0));
+    QStringList listed;
+    for (int row = 0; row < makerList->count(); ++row)
+        listed << makerList->item(row)->text();
+    QCOMPARE(listed, QStringList({ "Canon (1)", "EASTMAN KODAK COMPANY (2)", "JVC (4)" }));
+    makerList->item(2)->setCheckState(Qt::Checked);
+    QCOMPARE(MainWindowProbe(*window).status(), QString("Valid files: 7 — showing 4: JVC"));
+    makerList->item(2)->setCheckState(Qt::Unchecked);
     // The raw rows keep the names as the files hold them.
     RawDataModel *raw = MainWindowProbe(*window).tableModel();
     QStringList makers;

@@ -223,6 +223,13 @@ void tst_KelvaroStats::messyNamesCountedTogetherOnRequest_data()
                                        << QStringList { "JVC=4", "Kodak=3", "Nikon=2", "Zenit=1" };
     QTest::newRow("both") << QStringList { "--merge-names", "--friendly-makers" }
                           << QStringList { "JVC=4", "Kodak=3", "Nikon=2", "Zenit=1" };
+    // A maker filter compares the names as the statistics count them.
+    QTest::newRow("--maker as the files hold it")
+        << QStringList { "--maker", "JVC" } << QStringList { "JVC=2" };
+    QTest::newRow("--maker of merged names")
+        << QStringList { "--merge-names", "--maker", "JVC" } << QStringList { "JVC=4" };
+    QTest::newRow("--maker of a friendly name")
+        << QStringList { "--friendly-makers", "--maker", "Nikon" } << QStringList { "Nikon=2" };
 }
 
 // Files whose makers differ only in trailing blanks, NULs and case, and the user's aliases in a

@@ -375,6 +375,40 @@ void tst_PhotoFilter::computedColumnsFeedStatisticsAndFilter()
     QCOMPARE(summary(rows), QStringLiteral("JPG=2"));
 }
 
+// Under name rules the filter's lists hold the names as the statistics count them, and a name
+// picked there keeps every photo counted under it.
+void tst_PhotoFilter::nameRulesReachTheFilter()
+{
+    QVERIFY(addLibrary());
+    QVERIFY(addPhoto("CANON ", "EOS R6", "RF", "2021:05:05 05:05:05", "/p/c/7.JPG"));
+    QVERIFY(addPhoto("NIKON CORPORATION", "Z 6", "RF", "2021:05:05 05:05:05", "/p/c/8.NEF"));
+    NameRules merged;
+    merged.mergeBlanksAndCase = true;
+    NameRules friendly;
+    friendly.friendlyMakers = true;
+    const PhotoFilterField &makerField = PhotoFilterFields::all().at(0);
+    QCOMPARE(makerField.key, QStringLiteral("maker"));
+
+    QList<StatisticRow> rows;
+    QVERIFY(readFieldValues(makerField, db, selected(db, StatementFilter({}, {}, merged)), rows));
+    // "CANON " and "Canon" are one name, spelled as the smallest of them.
+    QCOMPARE(summary(rows), QStringLiteral("CANON=4, NIKON CORPORATION=1, Nikon=2, Sony=1"));
+    QCOMPARE(selected(db, StatementFilter(makers({ "CANON" }), {}, merged)).count(db), 4);
+    QCOMPARE(selected(db, StatementFilter(makers({ "CANON" }))).count(db), 0);
+
+    QVERIFY(readFieldValues(makerField, db, selected(db, StatementFilter({}, {}, friendly)), rows));
+    QCOMPARE(summary(rows), QStringLiteral("Canon=4, Nikon=3, Sony=1"));
+    QCOMPARE(selected(db, StatementFilter(makers({ "Nikon" }), {}, friendly)).count(db), 3);
+    QCOMPARE(selected(db, StatementFilter(makers({ "Nikon" }))).count(db), 2);
+    // The statistics under the same rules count the same photos.
+    NameRulesSql::setActive(friendly);
+    QVERIFY(readStatisticRows(*Statistics::byKey("maker"), db, {},
+                              selected(db, StatementFilter(makers({ "Nikon" }), {}, friendly)),
+                              rows));
+    NameRulesSql::setActive(NameRules());
+    QCOMPARE(summary(rows), QStringLiteral("Nikon=3"));
+}
+
 void tst_PhotoFilter::statisticIndexesStayInUse_data()
 {
     QTest::addColumn<QString>("key");

@@ -28,6 +28,7 @@ private slots:
     void emptyResultGivesEmptyStatistics();
     void fieldValuesWithCounts();
     void computedColumnsFeedStatisticsAndFilter();
+    void nameRulesReachTheFilter();
     void statisticIndexesStayInUse_data();
     void statisticIndexesStayInUse();
     void fewSelectedPhotosAreLookedUp();

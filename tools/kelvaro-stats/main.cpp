@@ -110,7 +110,7 @@ int main(int argc, char *argv[])
         report.pairsMerged = RawJpegPairs::markCompanions(scan.database());
     PhotoSelection selection;
     QString error;
-    if (!selection.select(scan.database(), StatementFilter(options.filter), &error)) {
+    if (!selection.select(scan.database(), StatementFilter(options.filter, {}, names), &error)) {
         err() << "kelvaro-stats: the filter: " << error << '\n';
         return 1;
     }
