@@ -60,17 +60,8 @@ ChartDate3D::ChartDate3D(QObject *parent)
 ChartDate3D::ChartDate3D(QSqlDatabase &db, QVBoxLayout *layout, Q3DTheme::Theme theme,
                          float cameraX, float cameraY, float cameraZoom, QObject *parent,
                          const PhotoSelection &selection)
-    : QObject(parent)
-    , db(db)
-    , selection(selection)
-    , layout(layout)
-    , theme(theme)
-    , cameraX(cameraX)
-    , cameraY(cameraY)
-    , cameraZoom(cameraZoom)
-{
-    refreshChart();
-}
+    : ChartDate3D(db, layout, theme, cameraX, cameraY, cameraZoom, DaySpan(), parent, selection)
+{ }
 
 ChartDate3D::ChartDate3D(QSqlDatabase &db, QVBoxLayout *layout, Q3DTheme::Theme theme,
                          float cameraX, float cameraY, float cameraZoom, const DaySpan &shownDays,
