@@ -88,16 +88,17 @@ CatalogueScan::Lookup CatalogueScan::lookup(const QString &path)
     const std::optional<PhotoCatalogue::FileStamp> stamp = open.handle.fd >= 0
         ? PhotoCatalogue::FileStamp::of(open.handle.fd, name)
         : PhotoCatalogue::FileStamp::of(path);
+    if (stamp && remembered.stamp == *stamp) {
+        PhotoRead read;
+        if (remembered.record.isEmpty())
+            read.outcome = PhotoRead::Outcome::NotPhoto;
+        // A damaged record is not used: the file is read again.
+        if (remembered.record.isEmpty() || CatalogueRecord::decode(remembered.record, path, read)) {
+            lookup.known = std::move(read);
+            return lookup;
+        }
+    }
     lookup.toRemember = std::make_shared<ReadToRemember>(stamp);
-    if (!stamp || !(remembered.stamp == *stamp))
-        return lookup;
-    PhotoRead read;
-    if (remembered.record.isEmpty())
-        read.outcome = PhotoRead::Outcome::NotPhoto;
-    else if (!CatalogueRecord::decode(remembered.record, path, read))
-        return lookup; // a damaged record: the file is read again
-    lookup.known = std::move(read);
-    lookup.toRemember.reset();
     return lookup;
 }
 
