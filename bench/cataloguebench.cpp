@@ -8,6 +8,9 @@
 //   catalogue_first  the first scan with an empty catalogue against the scan without one
 //   catalogue_size   the catalogue's size on disk and per photo
 // Every scan's rows are checked against the scan without the catalogue (same order, same values).
+// Next to the wall-clock figures each line gives the median processor time the process spent per
+// scan (all its threads): on a machine busy with other work it shows what a change saved when the
+// wall clock mostly shows the others.
 //
 //   kelvaro_bench_catalogue ROOT RUNS EXPECTED_ROWS CATALOGUE_DIR [LABEL]
 #include "benchstats.h"
@@ -26,6 +29,7 @@
 #include <QVariant>
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -142,10 +146,32 @@ void removeCatalogue(const QString &file)
         QFile::remove(part);
 }
 
+// User and system time of every thread of this process so far.
+double processorSeconds()
+{
+    struct rusage usage;
+    ::getrusage(RUSAGE_SELF, &usage);
+    const auto seconds = [](const timeval &t) { return double(t.tv_sec) + t.tv_usec / 1e6; };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+struct Timing
+{
+    double seconds;
+    double processor;
+};
+
 struct Series
 {
     std::vector<double> seconds;
+    std::vector<double> processor;
+    void add(const Timing &timing)
+    {
+        seconds.push_back(timing.seconds);
+        processor.push_back(timing.processor);
+    }
     double rate(long files) const { return files / benchstats::median(seconds); }
+    double processorMedian() const { return benchstats::median(processor); }
 };
 
 } // namespace
@@ -173,12 +199,14 @@ int main(int argc, char **argv)
     }
     const std::vector<std::string> files = listFiles(argv[1]);
     QStringList reference;
-    // Runs a scan, checks its rows against the scan without the catalogue, returns its seconds.
-    const auto timed = [&](const QString &file, bool cold) -> double {
+    // Runs a scan, checks its rows against the scan without the catalogue, returns its times.
+    const auto timed = [&](const QString &file, bool cold) -> Timing {
         PhotoDatabase::clear(db);
         if (cold)
             evict(files);
+        const double processorBefore = processorSeconds();
         const double seconds = scanOnce(root, file);
+        const double processor = processorSeconds() - processorBefore;
         const QStringList rows = rowsOf(db);
         if (rows.size() != expected || (!reference.isEmpty() && rows != reference)) {
             std::fprintf(stderr, "%s: a scan stored %lld rows (expected %ld)\n", label,
@@ -194,7 +222,7 @@ int main(int argc, char **argv)
         }
         if (reference.isEmpty())
             reference = rows;
-        return seconds;
+        return { seconds, processor };
     };
 
     // Warm-up: fills the page cache and the catalogue.
@@ -210,25 +238,25 @@ int main(int argc, char **argv)
         const bool withFirst = run % 2 == 0;
         for (int turn = 0; turn < 2; ++turn) {
             if ((turn == 0) == withFirst)
-                warmWith.seconds.push_back(timed(catalogue, false));
+                warmWith.add(timed(catalogue, false));
             else
-                warmWithout.seconds.push_back(timed(QString(), false));
+                warmWithout.add(timed(QString(), false));
         }
         warmFloor.seconds.push_back(lstatFloor(argv[1], floorFiles));
         // Still warm: the cold runs below leave the files' pages dropped.
         for (int turn = 0; turn < 2; ++turn) {
             if ((turn == 0) == withFirst) {
                 removeCatalogue(scratch);
-                firstWith.seconds.push_back(timed(scratch, false));
+                firstWith.add(timed(scratch, false));
             } else {
-                firstWithout.seconds.push_back(timed(QString(), false));
+                firstWithout.add(timed(QString(), false));
             }
         }
         for (int turn = 0; turn < 2; ++turn) {
             if ((turn == 0) == withFirst)
-                coldWith.seconds.push_back(timed(catalogue, true));
+                coldWith.add(timed(catalogue, true));
             else
-                coldWithout.seconds.push_back(timed(QString(), true));
+                coldWithout.add(timed(QString(), true));
         }
         evict(files);
         coldFloor.seconds.push_back(lstatFloor(argv[1], floorFiles));
@@ -240,10 +268,11 @@ int main(int argc, char **argv)
         const double withRate = with.rate(expected), withoutRate = without.rate(expected),
                      floorRate = floor.rate(floorFiles);
         std::printf("RESULT %s_%s files=%ld with_files_per_s=%.0f without_files_per_s=%.0f "
-                    "floor_files_per_s=%.0f speedup=%.2f of_floor_pct=%.1f with_runs_s=%s "
-                    "without_runs_s=%s floor_runs_s=%s\n",
+                    "floor_files_per_s=%.0f speedup=%.2f of_floor_pct=%.1f with_cpu_s=%.3f "
+                    "without_cpu_s=%.3f with_runs_s=%s without_runs_s=%s floor_runs_s=%s\n",
                     label, name, expected, withRate, withoutRate, floorRate, withRate / withoutRate,
-                    100 * withRate / floorRate, benchstats::joined(with.seconds, 4).c_str(),
+                    100 * withRate / floorRate, with.processorMedian(), without.processorMedian(),
+                    benchstats::joined(with.seconds, 4).c_str(),
                     benchstats::joined(without.seconds, 4).c_str(),
                     benchstats::joined(floor.seconds, 4).c_str());
     };
@@ -252,8 +281,9 @@ int main(int argc, char **argv)
     const double first = benchstats::median(firstWith.seconds),
                  plain = benchstats::median(firstWithout.seconds);
     std::printf("RESULT %s_first files=%ld with_s=%.4f without_s=%.4f slower_pct=%.1f "
-                "with_runs_s=%s without_runs_s=%s\n",
+                "with_cpu_s=%.3f without_cpu_s=%.3f with_runs_s=%s without_runs_s=%s\n",
                 label, expected, first, plain, 100 * (first / plain - 1),
+                firstWith.processorMedian(), firstWithout.processorMedian(),
                 benchstats::joined(firstWith.seconds, 4).c_str(),
                 benchstats::joined(firstWithout.seconds, 4).c_str());
     const qint64 bytes = sizeOnDisk(catalogue);

@@ -53,38 +53,63 @@ CatalogueScan::CatalogueScan(PhotoCatalogue &catalogue, const QStringList &patte
     , patterns(patterns)
 { }
 
+CatalogueScan::ReadToRemember::ReadToRemember(std::optional<PhotoCatalogue::FileStamp> walkStamp)
+    : lookedAt(true)
+    , stamp(walkStamp)
+{ }
+
+void CatalogueScan::ReadToRemember::beforeRead(const QString &path)
+{
+    if (!lookedAt)
+        stamp = PhotoCatalogue::FileStamp::of(path);
+    lookedAt = true;
+}
+
+void CatalogueScan::ReadToRemember::afterRead(const QString &path, const PhotoRead &read)
+{
+    if (stamp && read.outcome == PhotoRead::Outcome::Photo)
+        record = CatalogueRecord::encode(read, path);
+}
+
 CatalogueScan::Lookup CatalogueScan::lookup(const QString &path)
 {
     Lookup lookup;
     QString name;
     const QString folder = folderOfPath(path, &name);
     OpenFolder &open = folderOf(folder);
-    lookup.stamp = open.handle.fd >= 0 ? PhotoCatalogue::FileStamp::of(open.handle.fd, name)
-                                       : PhotoCatalogue::FileStamp::of(path);
-    const std::optional<PhotoCatalogue::Entry> entry =
-        open.unlisted.contains(name) ? std::optional(open.unlisted.take(name)) : std::nullopt;
-    if (!entry || !lookup.stamp || !(entry->stamp == *lookup.stamp))
+    const auto entry = open.unlisted.constFind(name);
+    // A file the catalogue does not know is looked at by its reader.
+    if (entry == open.unlisted.constEnd()) {
+        lookup.toRemember = std::make_shared<ReadToRemember>();
         return lookup;
-    PhotoRead read;
-    if (entry->record.isEmpty())
-        read.outcome = PhotoRead::Outcome::NotPhoto;
-    else if (!CatalogueRecord::decode(entry->record, path, read))
-        return lookup; // a damaged record: the file is read again
-    lookup.known = std::move(read);
+    }
+    const PhotoCatalogue::Entry remembered = *entry;
+    open.unlisted.erase(entry);
+    const std::optional<PhotoCatalogue::FileStamp> stamp = open.handle.fd >= 0
+        ? PhotoCatalogue::FileStamp::of(open.handle.fd, name)
+        : PhotoCatalogue::FileStamp::of(path);
+    if (stamp && remembered.stamp == *stamp) {
+        PhotoRead read;
+        if (remembered.record.isEmpty())
+            read.outcome = PhotoRead::Outcome::NotPhoto;
+        // A damaged record is not used: the file is read again.
+        if (remembered.record.isEmpty() || CatalogueRecord::decode(remembered.record, path, read)) {
+            lookup.known = std::move(read);
+            return lookup;
+        }
+    }
+    lookup.toRemember = std::make_shared<ReadToRemember>(stamp);
     return lookup;
 }
 
-void CatalogueScan::remember(const QString &path, const PhotoCatalogue::FileStamp &stamp,
-                             const PhotoRead &read)
+void CatalogueScan::remember(const QString &path, const ReadToRemember &kept, const PhotoRead &read)
 {
-    if (read.outcome == PhotoRead::Outcome::NotRead)
+    if (read.outcome == PhotoRead::Outcome::NotRead || !kept.stamp)
         return;
     QString name;
     const QString folder = folderOfPath(path, &name);
-    catalogue.remember(folder, name, stamp,
-                       read.outcome == PhotoRead::Outcome::Photo
-                           ? CatalogueRecord::encode(read, path)
-                           : QByteArray());
+    catalogue.remember(folder, name, *kept.stamp,
+                       read.outcome == PhotoRead::Outcome::Photo ? kept.record : QByteArray());
 }
 
 CatalogueScan::OpenFolder &CatalogueScan::folderOf(const QString &folder)

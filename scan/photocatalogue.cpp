@@ -15,6 +15,12 @@
 #include <QStandardPaths>
 #include <QVariant>
 
+#ifdef KELVARO_DIRECT_SQLITE
+#include "sqlitehandle.h"
+
+#include <sqlite3.h>
+#endif
+
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -23,6 +29,7 @@
 namespace {
 
 // SQLite's primary result codes (extended codes carry them in the low byte).
+constexpr int sqliteError = 1;
 constexpr int sqliteCorrupt = 11;
 constexpr int sqliteNotADatabase = 26;
 constexpr int sqliteIoErrShortRead = 522; // a file cut short
@@ -50,14 +57,29 @@ void checkAgainNextTime(const QString &file)
     checkedFiles.remove(file);
 }
 
-bool isDamage(const QSqlError &error)
+// The error's SQLite code; a generic error where the driver gives none.
+int sqliteCodeOf(const QSqlError &error)
 {
     bool ok = false;
     const int code = error.nativeErrorCode().toInt(&ok);
-    return ok
-        && ((code & 0xff) == sqliteCorrupt || (code & 0xff) == sqliteNotADatabase
-            || code == sqliteIoErrShortRead);
+    return ok ? code : sqliteError;
 }
+
+bool isDamage(int code)
+{
+    return (code & 0xff) == sqliteCorrupt || (code & 0xff) == sqliteNotADatabase
+        || code == sqliteIoErrShortRead;
+}
+
+bool isDamage(const QSqlError &error)
+{
+    return isDamage(sqliteCodeOf(error));
+}
+
+const QString loadEntriesStatement = QStringLiteral(
+    "SELECT name, size, modified, inode, device, record FROM photos WHERE folder = ?");
+const QString writeEntryStatement =
+    QStringLiteral("INSERT OR REPLACE INTO photos VALUES (?, ?, ?, ?, ?, ?, ?)");
 
 // What the stored values mean: the reader's version and the names of the values stored per
 // photo. A change of either makes every entry useless.
@@ -99,6 +121,48 @@ PhotoCatalogue::FileStamp stampOf(const struct stat &st)
 }
 
 } // namespace
+
+#ifdef KELVARO_DIRECT_SQLITE
+// Through SQLite's own interface on the connection's handle: a rescan loads every folder's
+// entries and a first scan writes one entry per file, and Qt's driver costs several times what
+// SQLite itself does for that. Texts go in and out as UTF-16, as through the driver.
+struct PhotoCatalogue::Statements
+{
+    explicit Statements(sqlite3 *handle)
+        : handle(handle)
+    {
+        load = prepare(loadEntriesStatement);
+        write = prepare(writeEntryStatement);
+    }
+    ~Statements()
+    {
+        sqlite3_finalize(load);
+        sqlite3_finalize(write);
+    }
+    Statements(const Statements &) = delete;
+    Statements &operator=(const Statements &) = delete;
+
+    sqlite3_stmt *prepare(const QString &sql) const
+    {
+        const QByteArray utf8 = sql.toUtf8();
+        sqlite3_stmt *statement = nullptr;
+        if (sqlite3_prepare_v2(handle, utf8.constData(), int(utf8.size()) + 1, &statement, nullptr)
+            != SQLITE_OK) {
+            sqlite3_finalize(statement);
+            return nullptr;
+        }
+        return statement;
+    }
+
+    sqlite3 *const handle;
+    sqlite3_stmt *load = nullptr;
+    sqlite3_stmt *write = nullptr;
+};
+#else
+struct PhotoCatalogue::Statements
+{
+};
+#endif
 
 std::optional<PhotoCatalogue::FileStamp> PhotoCatalogue::FileStamp::of(const QString &path)
 {
@@ -167,6 +231,10 @@ bool PhotoCatalogue::open(qint64 nowSeconds)
                       .arg(problem);
         return false;
     }
+#ifdef KELVARO_DIRECT_SQLITE
+    if (sqlite3 *const handle = sqliteHandleOf(db))
+        statements = std::make_unique<Statements>(handle);
+#endif
     return true;
 }
 
@@ -261,6 +329,8 @@ void PhotoCatalogue::closeConnection()
 {
     if (!db.isValid())
         return;
+    // A statement left unfinalized would keep the file open.
+    statements.reset();
     db.close();
     db = QSqlDatabase();
     QSqlDatabase::removeDatabase(connectionName);
@@ -296,15 +366,41 @@ QHash<QString, PhotoCatalogue::Entry> PhotoCatalogue::folderEntries(const QStrin
     if (!isOpen())
         return entries;
     const qint64 id = folderId(folder, false);
-    if (id < 0)
-        return entries;
+    if (id >= 0)
+        loadEntries(id, entries);
+    return entries;
+}
+
+void PhotoCatalogue::loadEntries(qint64 folder, QHash<QString, Entry> &entries)
+{
+#ifdef KELVARO_DIRECT_SQLITE
+    if (statements && statements->load) {
+        sqlite3_stmt *const load = statements->load;
+        sqlite3_bind_int64(load, 1, folder);
+        while (sqlite3_step(load) == SQLITE_ROW) {
+            Entry entry;
+            entry.stamp.size = sqlite3_column_int64(load, 1);
+            entry.stamp.modifiedNs = sqlite3_column_int64(load, 2);
+            entry.stamp.inode = sqlite3_column_int64(load, 3);
+            entry.stamp.device = sqlite3_column_int64(load, 4);
+            entry.record = QByteArray(static_cast<const char *>(sqlite3_column_blob(load, 5)),
+                                      sqlite3_column_bytes(load, 5));
+            const auto *name = static_cast<const char16_t *>(sqlite3_column_text16(load, 0));
+            entries.insert(
+                QString(reinterpret_cast<const QChar *>(name), sqlite3_column_bytes16(load, 0) / 2),
+                entry);
+        }
+        // Ends the read, which would otherwise keep a snapshot of the file.
+        sqlite3_reset(load);
+        return;
+    }
+#endif
     QSqlQuery query(db);
     query.setForwardOnly(true);
-    query.prepare(QStringLiteral("SELECT name, size, modified, inode, device, record FROM photos "
-                                 "WHERE folder = ?"));
-    query.addBindValue(id);
+    query.prepare(loadEntriesStatement);
+    query.addBindValue(folder);
     if (!query.exec())
-        return entries;
+        return;
     while (query.next()) {
         Entry entry;
         entry.stamp.size = query.value(1).toLongLong();
@@ -314,7 +410,6 @@ QHash<QString, PhotoCatalogue::Entry> PhotoCatalogue::folderEntries(const QStrin
         entry.record = query.value(5).toByteArray();
         entries.insert(query.value(0).toString(), entry);
     }
-    return entries;
 }
 
 QStringList PhotoCatalogue::foldersUnder(const QString &root, bool includeSubfolders)
@@ -370,24 +465,11 @@ void PhotoCatalogue::commit()
         return;
     QSqlQuery query(db);
     if (!query.exec(QStringLiteral("BEGIN IMMEDIATE"))) {
-        dropAfterFault(query.lastError());
+        dropAfterFault(sqliteCodeOf(query.lastError()));
         return;
     }
-    bool ok = true;
-    query.prepare(QStringLiteral("INSERT OR REPLACE INTO photos VALUES (?, ?, ?, ?, ?, ?, ?)"));
-    for (const Write &write : std::as_const(writes)) {
-        const qint64 id = folderId(write.folder, true);
-        query.addBindValue(id);
-        query.addBindValue(write.name);
-        query.addBindValue(write.stamp.size);
-        query.addBindValue(write.stamp.modifiedNs);
-        query.addBindValue(write.stamp.inode);
-        query.addBindValue(write.stamp.device);
-        // A file that is not a photo is remembered with a null record.
-        query.addBindValue(write.record.isEmpty() ? QVariant(QMetaType(QMetaType::QByteArray))
-                                                  : QVariant(write.record));
-        ok = ok && id >= 0 && query.exec();
-    }
+    int failure = writeEntries();
+    bool ok = failure == 0;
     query.prepare(QStringLiteral("DELETE FROM photos WHERE folder = ? AND name = ?"));
     for (const auto &[folder, names] : std::as_const(removals)) {
         const qint64 id = folderId(folder, false);
@@ -407,9 +489,10 @@ void PhotoCatalogue::commit()
     removals.clear();
     seenFolders.clear();
     if (!ok || !query.exec(QStringLiteral("COMMIT"))) {
-        const QSqlError error = query.lastError();
+        if (failure == 0)
+            failure = sqliteCodeOf(query.lastError());
         query.exec(QStringLiteral("ROLLBACK"));
-        dropAfterFault(error);
+        dropAfterFault(failure);
         return;
     }
     ++batches;
@@ -417,14 +500,66 @@ void PhotoCatalogue::commit()
         batchCommittedHook(batches);
 }
 
+int PhotoCatalogue::writeEntries()
+{
+#ifdef KELVARO_DIRECT_SQLITE
+    if (statements && statements->write) {
+        sqlite3_stmt *const write = statements->write;
+        for (const Write &entry : std::as_const(writes)) {
+            const qint64 id = folderId(entry.folder, true);
+            if (id < 0)
+                return sqliteError;
+            sqlite3_bind_int64(write, 1, id);
+            // The texts and the record outlive the step, so SQLite need not copy them.
+            sqlite3_bind_text16(write, 2, entry.name.utf16(), int(entry.name.size() * 2),
+                                SQLITE_STATIC);
+            sqlite3_bind_int64(write, 3, entry.stamp.size);
+            sqlite3_bind_int64(write, 4, entry.stamp.modifiedNs);
+            sqlite3_bind_int64(write, 5, entry.stamp.inode);
+            sqlite3_bind_int64(write, 6, entry.stamp.device);
+            // A file that is not a photo is remembered with a null record.
+            if (entry.record.isEmpty())
+                sqlite3_bind_null(write, 7);
+            else
+                sqlite3_bind_blob(write, 7, entry.record.constData(), int(entry.record.size()),
+                                  SQLITE_STATIC);
+            const int result = sqlite3_step(write);
+            sqlite3_reset(write);
+            if (result != SQLITE_DONE)
+                return sqlite3_extended_errcode(statements->handle);
+        }
+        return 0;
+    }
+#endif
+    QSqlQuery query(db);
+    query.prepare(writeEntryStatement);
+    for (const Write &write : std::as_const(writes)) {
+        const qint64 id = folderId(write.folder, true);
+        if (id < 0)
+            return sqliteError;
+        query.addBindValue(id);
+        query.addBindValue(write.name);
+        query.addBindValue(write.stamp.size);
+        query.addBindValue(write.stamp.modifiedNs);
+        query.addBindValue(write.stamp.inode);
+        query.addBindValue(write.stamp.device);
+        // A file that is not a photo is remembered with a null record.
+        query.addBindValue(write.record.isEmpty() ? QVariant(QMetaType(QMetaType::QByteArray))
+                                                  : QVariant(write.record));
+        if (!query.exec())
+            return sqliteCodeOf(query.lastError());
+    }
+    return 0;
+}
+
 // A batch that could not be written is lost (the files are read again next time). Damage found
 // while writing ends the catalogue's use for this scan; the next open checks the file again.
-void PhotoCatalogue::dropAfterFault(const QSqlError &error)
+void PhotoCatalogue::dropAfterFault(int sqliteCode)
 {
     writes.clear();
     removals.clear();
     seenFolders.clear();
-    if (isDamage(error)) {
+    if (isDamage(sqliteCode)) {
         checkAgainNextTime(file);
         closeConnection();
         message = QStringLiteral("The photo catalogue was found damaged during the scan; it is "

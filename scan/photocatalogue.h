@@ -9,6 +9,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 // The photo catalogue: an SQLite file in the user's cache folder that remembers, per photo file,
@@ -103,7 +104,10 @@ private:
     void moveAside(const QString &reason);
     void closeConnection();
     qint64 folderId(const QString &folder, bool create);
-    void dropAfterFault(const QSqlError &error);
+    void loadEntries(qint64 folder, QHash<QString, Entry> &entries);
+    // SQLite's error code of the first write that failed, 0 when all were written.
+    int writeEntries();
+    void dropAfterFault(int sqliteCode);
 
     const QString file;
     const QString connectionName;
@@ -112,6 +116,9 @@ private:
     QString problem; // why the last open failed
     qint64 now = 0;
     QHash<QString, qint64> folderIds;
+    // The statements run per folder and per file, prepared once per connection.
+    struct Statements;
+    std::unique_ptr<Statements> statements;
     struct Write
     {
         QString folder;

@@ -46,13 +46,15 @@ ReaderPool::~ReaderPool()
         thread->wait();
 }
 
-void ReaderPool::submit(const QStringList &paths)
+void ReaderPool::submit(const QStringList &paths,
+                        const QList<std::shared_ptr<Companion>> &companions)
 {
+    Q_ASSERT(companions.isEmpty() || companions.size() == paths.size());
     if (paths.isEmpty())
         return;
     QMutexLocker lock(&mutex);
-    for (const QString &path : paths)
-        tasks.enqueue({ submitted++, path });
+    for (qsizetype i = 0; i < paths.size(); ++i)
+        tasks.enqueue({ submitted++, paths.at(i), companions.value(i) });
     if (paths.size() == 1)
         work.wakeOne();
     else
@@ -80,7 +82,11 @@ void ReaderPool::readLoop()
         if (!stopRequested()) {
             if (stepHook)
                 stepHook(Step::Taken, task.sequence, task.path);
+            if (task.companion)
+                task.companion->beforeRead(task.path);
             read = PhotoRead::of(task.path);
+            if (task.companion)
+                task.companion->afterRead(task.path, read);
             if (stepHook)
                 stepHook(Step::Read, task.sequence, task.path);
         }

@@ -39,10 +39,23 @@ public:
     ReaderPool(const ReaderPool &) = delete;
     ReaderPool &operator=(const ReaderPool &) = delete;
 
+    // Work a reader does for one file besides reading it: looking at the file just before it is
+    // opened and keeping something of the read after. Done on the reader's thread, so that the
+    // scan's own thread only collects it with the file's result (takeNext() orders the two).
+    class Companion
+    {
+    public:
+        virtual ~Companion() = default;
+        virtual void beforeRead(const QString &path) = 0;
+        virtual void afterRead(const QString &path, const PhotoRead &read) = 0;
+    };
+
     int threadCount() const { return int(threads.size()); }
     // Queues files; each one's sequence number is the count of files submitted before it. Given
     // in batches, so that the readers are woken once per batch rather than once per file.
-    void submit(const QStringList &paths);
+    // companions, when given, holds one per path (null where a file has none). A file passed
+    // over for a stop is handed back as NotRead without its companion having been called.
+    void submit(const QStringList &paths, const QList<std::shared_ptr<Companion>> &companions = {});
     // The result of the next file in submission order; waits for its read.
     PhotoRead takeNext();
 
@@ -63,6 +76,7 @@ private:
     {
         qint64 sequence;
         QString path;
+        std::shared_ptr<Companion> companion;
     };
 
     void readLoop();

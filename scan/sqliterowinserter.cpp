@@ -1,27 +1,14 @@
 #include "sqliterowinserter.h"
 
 #include "photodatabase.h"
-
-#include <QSqlDriver>
+#include "sqlitehandle.h"
 
 #include <sqlite3.h>
-
-namespace {
-
-sqlite3 *handleOf(const QSqlDatabase &db)
-{
-    const QVariant handle = db.isOpen() ? db.driver()->handle() : QVariant();
-    if (!handle.isValid() || qstrcmp(handle.typeName(), "sqlite3*") != 0)
-        return nullptr;
-    return *static_cast<sqlite3 *const *>(handle.constData());
-}
-
-} // namespace
 
 SqliteRowInserter::SqliteRowInserter(const QSqlDatabase &db, const Target &target)
     : parameters(target.placeholders.size(), 0)
 {
-    sqlite3 *const connection = handleOf(db);
+    sqlite3 *const connection = sqliteHandleOf(db);
     if (!connection)
         return;
     const QByteArray sql = target.statement.toUtf8();

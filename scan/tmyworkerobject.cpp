@@ -105,16 +105,20 @@ void TMyWorkerObject::scanDirectories(PhotoCatalogue *catalogue)
         // Topped up once half the files ahead are taken: readers are woken once per batch.
         if (ahead.size() <= readAhead / 2) {
             QStringList batch;
+            QList<std::shared_ptr<ReaderPool::Companion>> companions;
             ScanWalk::File walked;
             while (ahead.size() < readAhead && walk.next(walked)) {
                 Ahead next { walked, {} };
                 if (known)
                     next.lookup = known->lookup(walked.path);
-                if (!next.lookup.known)
+                if (!next.lookup.known) {
                     batch << walked.path;
+                    if (known)
+                        companions << next.lookup.toRemember;
+                }
                 ahead.enqueue(std::move(next));
             }
-            pool.submit(batch);
+            pool.submit(batch, companions);
         }
         if (ahead.isEmpty())
             break;
@@ -138,10 +142,16 @@ void TMyWorkerObject::scanDirectories(PhotoCatalogue *catalogue)
         }
         // Readers pass over the files queued once a stop is asked for; those the stop rule still
         // takes in (up to the next multiple of the interval) are read here.
-        if (read.outcome == PhotoRead::Outcome::NotRead)
+        const std::shared_ptr<CatalogueScan::ReadToRemember> &toRemember = taken.lookup.toRemember;
+        if (read.outcome == PhotoRead::Outcome::NotRead) {
+            if (toRemember)
+                toRemember->beforeRead(file.path);
             read = PhotoRead::of(file.path);
-        if (known && !taken.lookup.known && taken.lookup.stamp)
-            known->remember(file.path, *taken.lookup.stamp, read);
+            if (toRemember)
+                toRemember->afterRead(file.path, read);
+        }
+        if (toRemember)
+            known->remember(file.path, *toRemember, read);
         storeRow(read);
     }
 }

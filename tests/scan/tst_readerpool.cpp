@@ -26,6 +26,24 @@
 
 namespace {
 
+// Notes what a reader did with it, and on which thread.
+class NotingCompanion : public ReaderPool::Companion
+{
+public:
+    void beforeRead(const QString &path) override
+    {
+        calls << QStringLiteral("before ") + path;
+        threads << QThread::currentThread();
+    }
+    void afterRead(const QString &path, const PhotoRead &read) override
+    {
+        calls << QStringLiteral("after %1 %2").arg(path).arg(int(read.outcome));
+        threads << QThread::currentThread();
+    }
+    QStringList calls;
+    QList<QThread *> threads;
+};
+
 const int defaultThreads = ReaderPool::defaultThreads;
 
 PhotoRead photoNamed(const QString &name)
@@ -271,6 +289,69 @@ void tst_ReaderPool::stopLetsReadersFinishOnlyTheFileInHand()
     }
     QCOMPARE(taken.load(), threads);
     QCOMPARE(ReaderPool::readersRunning(), 0);
+}
+
+// Every second file has a companion: it is told of the file before the read and of the result
+// after it, on a reader's thread, and its notes are complete once the result is taken.
+void tst_ReaderPool::companionsAreCalledOnTheReaderAroundTheRead()
+{
+    testutils::Sandbox sandbox;
+    const int files = 20;
+    QVERIFY(scantest::writePhotos(sandbox.path(), files));
+    QStringList paths;
+    QList<std::shared_ptr<ReaderPool::Companion>> companions;
+    QList<std::shared_ptr<NotingCompanion>> noting;
+    for (int i = 1; i <= files; ++i) {
+        paths << sandbox.filePath(QStringLiteral("IMG_%1.jpg").arg(i, 5, 10, QChar('0')));
+        noting << (i % 2 == 0 ? std::make_shared<NotingCompanion>() : nullptr);
+        companions << noting.last();
+    }
+    ReaderPool pool(4, [] { return false; });
+    pool.submit(paths, companions);
+    for (int i = 0; i < files; ++i) {
+        const PhotoRead read = pool.takeNext();
+        QCOMPARE(int(read.outcome), int(PhotoRead::Outcome::Photo));
+        if (!noting.at(i))
+            continue;
+        QCOMPARE(noting.at(i)->calls,
+                 QStringList({ QStringLiteral("before ") + paths.at(i),
+                               QStringLiteral("after %1 %2")
+                                   .arg(paths.at(i))
+                                   .arg(int(PhotoRead::Outcome::Photo)) }));
+        for (QThread *thread : std::as_const(noting.at(i)->threads))
+            QVERIFY(thread != QThread::currentThread());
+    }
+}
+
+// One reader holds the first file when the stop comes: that file's companion is called, the
+// next file is handed back unread and its companion never hears of it.
+void tst_ReaderPool::companionOfAFilePassedOverForAStopIsNotCalled()
+{
+    testutils::Sandbox sandbox;
+    QVERIFY(scantest::writePhotos(sandbox.path(), 2));
+    QSemaphore inHand, gate;
+    ReaderPool::setStepHook([&](ReaderPool::Step step, qint64, const QString &) {
+        if (step != ReaderPool::Step::Taken)
+            return;
+        inHand.release();
+        gate.acquire();
+    });
+    std::atomic<bool> stop { false };
+    auto first = std::make_shared<NotingCompanion>();
+    auto second = std::make_shared<NotingCompanion>();
+    {
+        ReaderPool pool(1, [&stop] { return stop.load(); });
+        pool.submit({ sandbox.filePath(QStringLiteral("IMG_00001.jpg")),
+                      sandbox.filePath(QStringLiteral("IMG_00002.jpg")) },
+                    { first, second });
+        inHand.acquire();
+        stop = true;
+        gate.release(2);
+        QCOMPARE(int(pool.takeNext().outcome), int(PhotoRead::Outcome::Photo));
+        QCOMPARE(int(pool.takeNext().outcome), int(PhotoRead::Outcome::NotRead));
+    }
+    QCOMPARE(first->calls.size(), 2);
+    QVERIFY(second->calls.isEmpty());
 }
 
 void tst_ReaderPool::rowsAreTheSameForEveryPoolSize_data()

@@ -22,6 +22,8 @@ private slots:
     void resultsComeBackInSubmissionOrder();
     void stopLetsReadersFinishOnlyTheFileInHand_data();
     void stopLetsReadersFinishOnlyTheFileInHand();
+    void companionsAreCalledOnTheReaderAroundTheRead();
+    void companionOfAFilePassedOverForAStopIsNotCalled();
     void rowsAreTheSameForEveryPoolSize_data();
     void rowsAreTheSameForEveryPoolSize();
     void stopAtTheFiftiethFileDropsWhatWasReadAhead_data();
