@@ -558,7 +558,7 @@ void ChartController::verarbeiteValueAxisTitleSettings()
 void ChartController::verarbeiteLegendSettings()
 {
     QLegend *legend = chart->legend();
-    if (chartSettings.wantsLegend) {
+    if (showsLegend()) {
         legend->setAlignment(Qt::Alignment(chartSettings.chartLegendPos));
         legend->show();
     } else {

@@ -83,6 +83,14 @@ protected:
     QAbstractItemModel *chartRows() const;
     // The column of the statistic's rows that holds the count (period A's when comparing).
     virtual int countColumn() const { return 1; }
+    // The user's choice; comparing, two bar sets are told apart by their names in the legend
+    // whatever it is.
+    bool showsLegend() const
+    {
+        return chartSettings.wantsLegend
+            || (comparison.isActive()
+                && (chartSettings.chartTyp == 0 || chartSettings.chartTyp == 1));
+    }
     // The last count column: period B's when comparing, else countColumn().
     int lastCountColumn() const { return countColumn() + (comparison.isActive() ? 1 : 0); }
     // Hovering a bar or slice shows its full label, its count and its share of all photos.

@@ -100,7 +100,7 @@ void ChartControllerExpTime::applyTitleAndLegend()
 {
     verarbeiteTitleSettings();
     QLegend *legend = chart->legend();
-    if (chartSettings.wantsLegend) {
+    if (showsLegend()) {
         legend->setAlignment(Qt::Alignment(chartSettings.chartLegendPos));
         legend->show();
     } else {

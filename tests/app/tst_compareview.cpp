@@ -18,6 +18,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QDateEdit>
 #include <QGuiApplication>
 #include <QListWidget>
 #include <QMimeData>

@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QBarSet>
 #include <QGraphicsSimpleTextItem>
+#include <QLegend>
 #include <QLegendMarker>
 #include <QPieSeries>
 #include <QPieSlice>
@@ -216,6 +217,12 @@ void tst_ChartsCompare::barsSideBySide()
     QCOMPARE(barValues(scene.chart(), 0), (QList<qreal> { 2, 1, 0 }));
     QCOMPARE(barValues(scene.chart(), 1), (QList<qreal> { 1, 0, 2 }));
     QCOMPARE(scene.chart()->title(), QString("Photos<br>A: 2023 compared with B: 2022"));
+    // The legend names the periods even where the user switched it off.
+    TChartSettings noLegend = plainSettings(chartTyp);
+    noLegend.wantsLegend = false;
+    QVERIFY(scene.draw("maker", noLegend, year(2023), with2022));
+    QVERIFY(scene.chart()->legend()->isVisible());
+    QCOMPARE(legendLabels(scene.chart()), (QStringList { "A: 2023", "B: 2022" }));
 }
 
 void tst_ChartsCompare::piesSideBySide_data()
