@@ -27,6 +27,8 @@
 #include <QVPieModelMapper>
 #include <QValueAxis>
 
+#include <algorithm>
+
 namespace {
 
 // Orientation 2 (Qt::Vertical) runs top to bottom, every other value left to right.
@@ -426,7 +428,14 @@ void ChartController::drawComparedPies(qreal holeSize)
         pies.at(period)->setLabelsVisible(chartSettings.wantsValueLabels);
         showHoverTexts(pies.at(period), period);
     }
-    // One legend serves both: the slices stand in the same order and colours in each pie.
+    // One legend serves both: the theme gives each pie colours of its own, so period B's slices
+    // take those of period A's slice of the same row.
+    const QList<QPieSlice *> slicesA = pies.at(0)->slices();
+    const QList<QPieSlice *> slicesB = pies.at(1)->slices();
+    for (int row = 0; row < slicesA.size() && row < slicesB.size(); ++row) {
+        slicesB.at(row)->setBrush(slicesA.at(row)->brush());
+        slicesB.at(row)->setPen(slicesA.at(row)->pen());
+    }
     const auto markersB = chart->legend()->markers(pies.at(1));
     for (QLegendMarker *marker : markersB)
         marker->setVisible(false);
@@ -441,18 +450,23 @@ void ChartController::drawComparedPies(qreal holeSize)
         titles.append(title);
     }
     const auto place = [pies, titles](const QRectF &plot) {
-        const qreal lineHeight = QFontMetricsF(titles.first()->font()).height();
-        const QRectF below = plot.adjusted(0, lineHeight + 4, 0, 0);
-        // A pie's size is relative to the smaller side of the plot; each has half its width.
-        const qreal side = std::min(below.width(), below.height());
-        const qreal size = side > 0 ? std::min(0.9, 0.9 * below.width() / (2 * side)) : 0.9;
+        if (plot.width() <= 0 || plot.height() <= 0)
+            return;
+        const qreal titleRoom = QFontMetricsF(titles.first()->font()).height() + 4;
+        // A pie's size is relative to half the smaller side of the plot; each pie has half the
+        // width, and a title's room above it.
+        const qreal side = std::min(plot.width(), plot.height());
+        const qreal size = std::max(
+            0.1, std::min({ 0.9, 0.9 * plot.width() / (2 * side), 1 - 2 * titleRoom / side }));
+        const qreal radius = side / 2 * size;
         for (int period = 0; period < 2; ++period) {
             QPieSeries *pie = pies.at(period);
             pie->setPieSize(size);
-            pie->setVerticalPosition(0.5 + (lineHeight + 4) / (2 * std::max(plot.height(), 1.0)));
             QGraphicsSimpleTextItem *title = titles.at(period);
-            const qreal centre = plot.left() + plot.width() * pie->horizontalPosition();
-            title->setPos(centre - title->boundingRect().width() / 2, plot.top());
+            const qreal centreX = plot.left() + plot.width() * pie->horizontalPosition();
+            const qreal centreY = plot.top() + plot.height() * pie->verticalPosition();
+            title->setPos(centreX - title->boundingRect().width() / 2,
+                          centreY - radius - titleRoom);
         }
     };
     connect(chart, &QChart::plotAreaChanged, this, place);

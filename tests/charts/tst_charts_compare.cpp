@@ -246,7 +246,13 @@ void tst_ChartsCompare::piesSideBySide()
     QCOMPARE(sliceValuesOf(drawn.at(1)), (QList<qreal> { 1, 2 }));
     QVERIFY(drawn.at(0)->horizontalPosition() < drawn.at(1)->horizontalPosition());
     QCOMPARE(drawn.at(0)->holeSize() > 0, chartTyp == 3);
-    // One legend for both pies, each titled with its range.
+    // One legend for both pies: a row has one colour in both, whatever the theme gives each pie.
+    for (int row = 0; row < 2; ++row)
+        QCOMPARE(drawn.at(1)->slices().at(row)->brush().color(),
+                 drawn.at(0)->slices().at(row)->brush().color());
+    QVERIFY(drawn.at(0)->slices().at(0)->brush().color()
+            != drawn.at(0)->slices().at(1)->brush().color());
+    // Each pie titled with its range.
     QCOMPARE(visibleLegendLabels(scene.chart()), (QStringList { "Canon", "Sony" }));
     QCOMPARE(periodTitle(scene.chart(), "A"), QString("A: 2023"));
     QCOMPARE(periodTitle(scene.chart(), "B"), QString("B: 2022"));
