@@ -9,6 +9,60 @@ namespace {
 // The value of a list's entry; its text adds the count.
 constexpr int valueRole = Qt::UserRole;
 
+// The days a preset names, counted from today; open bounds for every day. Custom days are the
+// caller's.
+void presetDays(int preset, const QDate &today, QDate &from, QDate &to)
+{
+    switch (preset) {
+    case FilterPanel::AllDays:
+        from = QDate();
+        to = QDate();
+        break;
+    case FilterPanel::ThisYear:
+        from = QDate(today.year(), 1, 1);
+        to = QDate(today.year(), 12, 31);
+        break;
+    case FilterPanel::LastYear:
+        from = QDate(today.year() - 1, 1, 1);
+        to = QDate(today.year() - 1, 12, 31);
+        break;
+    case FilterPanel::LastTwelveMonths:
+        from = today.addYears(-1).addDays(1);
+        to = today;
+        break;
+    default:
+        break;
+    }
+}
+
+// The preset that names a range of days.
+FilterPanel::DatePreset presetOf(const QDate &from, const QDate &to, const QDate &today)
+{
+    if (!from.isValid() && !to.isValid())
+        return FilterPanel::AllDays;
+    for (FilterPanel::DatePreset preset :
+         { FilterPanel::ThisYear, FilterPanel::LastYear, FilterPanel::LastTwelveMonths }) {
+        QDate presetFrom;
+        QDate presetTo;
+        presetDays(preset, today, presetFrom, presetTo);
+        if (from == presetFrom && to == presetTo)
+            return preset;
+    }
+    return FilterPanel::CustomDays;
+}
+
+// A preset's combo box and the edits of its days, which are enabled for a range of days.
+void showRange(QComboBox *presets, QDateEdit *fromEdit, QDateEdit *toEdit, const QDate &from,
+               const QDate &to, const QDate &today)
+{
+    const FilterPanel::DatePreset preset = presetOf(from, to, today);
+    presets->setCurrentIndex(preset);
+    fromEdit->setDate(from.isValid() ? from : today.addYears(-1));
+    toEdit->setDate(to.isValid() ? to : today);
+    fromEdit->setEnabled(preset != FilterPanel::AllDays);
+    toEdit->setEnabled(preset != FilterPanel::AllDays);
+}
+
 } // namespace
 
 FilterPanel::FilterPanel(QWidget *parent)
@@ -24,7 +78,14 @@ FilterPanel::FilterPanel(QWidget *parent)
     connect(ui->dateEditFrom, &QDateEdit::dateChanged, this, &FilterPanel::datesEdited);
     connect(ui->dateEditTo, &QDateEdit::dateChanged, this, &FilterPanel::datesEdited);
     connect(ui->pushButtonClear, &QPushButton::clicked, this, &FilterPanel::clearFilter);
+    connect(ui->checkBoxCompare, &QCheckBox::toggled, this, &FilterPanel::compareToggled);
+    connect(ui->comboBoxComparePreset, &QComboBox::activated, this,
+            &FilterPanel::applyComparePreset);
+    connect(ui->dateEditCompareFrom, &QDateEdit::dateChanged, this,
+            &FilterPanel::compareDatesEdited);
+    connect(ui->dateEditCompareTo, &QDateEdit::dateChanged, this, &FilterPanel::compareDatesEdited);
     showDates();
+    showCompareDates();
 }
 
 FilterPanel::~FilterPanel()
@@ -117,28 +178,12 @@ void FilterPanel::listChanged(const PhotoFilterField &field)
 
 void FilterPanel::applyPreset(int preset)
 {
-    switch (preset) {
-    case AllDays:
-        current.from = QDate();
-        current.to = QDate();
-        break;
-    case ThisYear:
-        current.from = QDate(today.year(), 1, 1);
-        current.to = QDate(today.year(), 12, 31);
-        break;
-    case LastYear:
-        current.from = QDate(today.year() - 1, 1, 1);
-        current.to = QDate(today.year() - 1, 12, 31);
-        break;
-    case LastTwelveMonths:
-        current.from = today.addYears(-1).addDays(1);
-        current.to = today;
-        break;
-    default:
+    if (preset == CustomDays) {
         // Custom days start from what the edits show.
         current.from = ui->dateEditFrom->date();
         current.to = ui->dateEditTo->date();
-        break;
+    } else {
+        presetDays(preset, today, current.from, current.to);
     }
     showDates();
     emit filterChanged(current);
@@ -158,21 +203,8 @@ void FilterPanel::datesEdited()
 void FilterPanel::showDates()
 {
     updating = true;
-    int preset = CustomDays;
-    if (!current.hasDateRange())
-        preset = AllDays;
-    else if (current.from == QDate(today.year(), 1, 1) && current.to == QDate(today.year(), 12, 31))
-        preset = ThisYear;
-    else if (current.from == QDate(today.year() - 1, 1, 1)
-             && current.to == QDate(today.year() - 1, 12, 31))
-        preset = LastYear;
-    else if (current.from == today.addYears(-1).addDays(1) && current.to == today)
-        preset = LastTwelveMonths;
-    ui->comboBoxDatePreset->setCurrentIndex(preset);
-    ui->dateEditFrom->setDate(current.from.isValid() ? current.from : today.addYears(-1));
-    ui->dateEditTo->setDate(current.to.isValid() ? current.to : today);
-    ui->dateEditFrom->setEnabled(preset != AllDays);
-    ui->dateEditTo->setEnabled(preset != AllDays);
+    showRange(ui->comboBoxDatePreset, ui->dateEditFrom, ui->dateEditTo, current.from, current.to,
+              today);
     updating = false;
 }
 
@@ -182,4 +214,59 @@ void FilterPanel::clearFilter()
     cleared.pairsOnce = current.pairsOnce;
     setFilter(cleared);
     emit filterChanged(current);
+}
+
+void FilterPanel::setComparison(const PeriodComparison &comparison)
+{
+    compared = comparison;
+    showCompareDates();
+}
+
+// Turned on without days of its own, period B is last year: the usual question is how this year
+// differs from the one before.
+void FilterPanel::compareToggled(bool on)
+{
+    if (updating)
+        return;
+    compared.active = on;
+    if (on && !compared.from.isValid() && !compared.to.isValid())
+        presetDays(LastYear, today, compared.from, compared.to);
+    showCompareDates();
+    emit comparisonChanged(compared);
+}
+
+void FilterPanel::applyComparePreset(int preset)
+{
+    if (preset == CustomDays) {
+        compared.from = ui->dateEditCompareFrom->date();
+        compared.to = ui->dateEditCompareTo->date();
+    } else {
+        presetDays(preset, today, compared.from, compared.to);
+    }
+    showCompareDates();
+    emit comparisonChanged(compared);
+}
+
+void FilterPanel::compareDatesEdited()
+{
+    if (updating)
+        return;
+    compared.from = ui->dateEditCompareFrom->date();
+    compared.to = ui->dateEditCompareTo->date();
+    showCompareDates();
+    emit comparisonChanged(compared);
+}
+
+// Period B's days are shown only while the comparison is on.
+void FilterPanel::showCompareDates()
+{
+    updating = true;
+    ui->checkBoxCompare->setChecked(compared.active);
+    showRange(ui->comboBoxComparePreset, ui->dateEditCompareFrom, ui->dateEditCompareTo,
+              compared.from, compared.to, today);
+    for (QWidget *widget : std::initializer_list<QWidget *> {
+             ui->comboBoxComparePreset, ui->labelCompareFrom, ui->dateEditCompareFrom,
+             ui->labelCompareTo, ui->dateEditCompareTo })
+        widget->setVisible(compared.active);
+    updating = false;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "periodcomparison.h"
 #include "photofilter.h"
 #include "statisticrows.h"
 
@@ -16,7 +17,9 @@ class FilterPanel;
 // The filter panel beside the directory tree: a checkable list per filter field with the values
 // of the current scan and their counts, a range of days with its presets, and "Clear filter".
 // It holds the filter the user set; values that a new scan no longer has drop out of it, and a
-// filter set before the first scan (the stored one) waits for the values to appear.
+// filter set before the first scan (the stored one) waits for the values to appear. "Compare
+// with..." sets a second range of days, with the same presets, that the statistics count beside
+// the filter's own; "Clear filter" leaves it as it is, its own box turns it off.
 class FilterPanel : public QWidget
 {
     Q_OBJECT
@@ -43,9 +46,15 @@ public:
 
     QListWidget *list(const PhotoFilterField &field) const;
 
+    PeriodComparison comparison() const { return compared; }
+    // Shows the comparison; emits nothing.
+    void setComparison(const PeriodComparison &comparison);
+
 signals:
     // Whenever the user changes the filter.
     void filterChanged(const PhotoFilter &filter);
+    // Whenever the user turns the comparison on or off or changes its days.
+    void comparisonChanged(const PeriodComparison &comparison);
 
 private:
     void applyPreset(int preset);
@@ -53,9 +62,14 @@ private:
     void listChanged(const PhotoFilterField &field);
     void showDates();
     void clearFilter();
+    void compareToggled(bool on);
+    void applyComparePreset(int preset);
+    void compareDatesEdited();
+    void showCompareDates();
 
     Ui::FilterPanel *ui;
     PhotoFilter current;
+    PeriodComparison compared;
     QDate today;
     // Set while the panel changes its own widgets, whose signals are then no user's change.
     bool updating = false;

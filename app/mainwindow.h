@@ -1,6 +1,7 @@
 #pragma once
 
 #include "namerules.h"
+#include "periodcomparison.h"
 #include "photocatalogue.h"
 #include "photofilter.h"
 #include "photoselection.h"
@@ -145,7 +146,8 @@ private:
     void createFilterDock();
     // After a scan: the pairs, the panel's values and the selection of the kept filter.
     void renewFilterAfterScan();
-    // Selects the filter's photos (the pairs setting added) and shows the count in the status line.
+    // Selects the filter's photos (the pairs setting added), and period B's where periods are
+    // compared, and shows the counts in the status line.
     void selectFilteredPhotos();
     // The raw-data tab shows the selected photos only.
     void restrictRawData();
@@ -223,6 +225,9 @@ private:
     QDockWidget *filterDock = nullptr;
     // The photos every statistic, the date chart and the raw-data tab count.
     PhotoSelection photoSelection;
+    // "Compare with...": period B beside photoSelection, counted by every statistic's table and
+    // chart; the date chart, the calendar and the raw-data tab stay on period A.
+    ComparedPeriods comparedPeriods;
     // "Count RAW+JPEG pairs once" (Settings → General); off by default.
     bool pairsOnce = false;
     int pairsMerged = 0;

@@ -6,6 +6,7 @@
 #include "calendarchart.h"
 #include "chartcontroller.h"
 #include "chartdate3d.h"
+#include "csvfield.h"
 #include "dateviews.h"
 #include "dialogchartsettings.h"
 #include "rawdatamodel.h"
@@ -24,6 +25,7 @@
 #include <QFileDialog>
 #include <QGuiApplication>
 #include <QMenu>
+#include <QMimeData>
 #include <QProgressBar>
 #include <QSqlQuery>
 #include <QTextStream>
@@ -87,7 +89,16 @@ void MainWindow::on_actionCopyChartToClipboard_triggered()
         image = chartDate3D->renderToImage(6);
     else if (lastTab == ui->tabWidget->indexOf(dateViews->calendarPage()))
         image = dateViews->calendar()->grab().toImage();
-    QGuiApplication::clipboard()->setImage(image, QClipboard::Clipboard);
+    // Comparing periods, the statistic's table goes along as text: pasted into a spreadsheet it
+    // gives both periods' counts, into an image editor the chart.
+    if (comparedPeriods.isActive() && tab != statisticTabs.cend() && tab->tableView->model()) {
+        auto *data = new QMimeData;
+        data->setImageData(image);
+        data->setText(csvTable(*tab->tableView->model()));
+        QGuiApplication::clipboard()->setMimeData(data, QClipboard::Clipboard);
+    } else {
+        QGuiApplication::clipboard()->setImage(image, QClipboard::Clipboard);
+    }
     showNachricht(tr("ChartImage copied to the clipboard"));
 }
 

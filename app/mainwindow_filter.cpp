@@ -47,6 +47,8 @@ void MainWindow::createFilterDock()
     filterDock->toggleViewAction()->setObjectName(QStringLiteral("actionViewFilterPanel"));
     splitDockWidget(ui->dockWidget, filterDock, Qt::Vertical);
     connect(filterPanel, &FilterPanel::filterChanged, this, &MainWindow::onFilterChanged);
+    connect(filterPanel, &FilterPanel::comparisonChanged, this,
+            [this] { onFilterChanged(filterPanel->filter()); });
 }
 
 void MainWindow::renewFilterAfterScan()
@@ -79,6 +81,8 @@ void MainWindow::selectFilteredPhotos()
     QString error;
     if (!photoSelection.select(db, StatementFilter(filter, {}, nameRules), &error))
         qWarning("The filter could not be applied: %s", qPrintable(error));
+    if (!comparedPeriods.select(db, photoSelection, filterPanel->comparison(), &error))
+        qWarning("The periods could not be compared: %s", qPrintable(error));
     restrictRawData();
     showStatus();
 }
@@ -97,8 +101,15 @@ void MainWindow::restrictRawData()
 
 void MainWindow::showStatus()
 {
+    const QString comparing = comparedPeriods.isActive()
+        ? QStringLiteral(" — comparing %1 (%2) with %3 (%4)")
+              .arg(comparedPeriods.labelA())
+              .arg(comparedPeriods.photosA())
+              .arg(comparedPeriods.labelB())
+              .arg(comparedPeriods.photosB())
+        : QString();
     if (!photoSelection.isFiltered()) {
-        labelStatus->setText(scanStatus);
+        labelStatus->setText(scanStatus + comparing);
         return;
     }
     const qint64 shown = photoSelection.count(db);
@@ -110,7 +121,7 @@ void MainWindow::showStatus()
         text += QStringLiteral(" (%1 RAW+JPEG pairs merged)").arg(pairsMerged);
     if (shown == 0)
         text += QStringLiteral(". No photo matches the filter");
-    labelStatus->setText(text);
+    labelStatus->setText(text + comparing);
 }
 
 void MainWindow::connectTableDrillDown()

@@ -261,9 +261,9 @@ void MainWindow::updateCharts()
     nameHints->refresh(db, nameRules.mergeBlanksAndCase);
     // Each controller runs its statistic on the main connection as it is made.
     for (StatisticTab &tab : statisticTabs) {
-        tab.controller =
-            createStatisticController(*tab.statistic, db, tab.chartView, tab.tableView,
-                                      tab.settings, rangesOf(*tab.statistic), this, photoSelection);
+        tab.controller = createStatisticController(*tab.statistic, db, tab.chartView, tab.tableView,
+                                                   tab.settings, rangesOf(*tab.statistic), this,
+                                                   photoSelection, comparedPeriods);
         connectChartDrillDown(tab);
     }
 

@@ -103,6 +103,11 @@ void MainWindow::readSettings()
     filter.from = QDate::fromString(settings.value("from").toString(), Qt::ISODate);
     filter.to = QDate::fromString(settings.value("to").toString(), Qt::ISODate);
     filterPanel->setFilter(filter);
+    PeriodComparison comparison;
+    comparison.active = settings.value("compare", false).toBool();
+    comparison.from = QDate::fromString(settings.value("compareFrom").toString(), Qt::ISODate);
+    comparison.to = QDate::fromString(settings.value("compareTo").toString(), Qt::ISODate);
+    filterPanel->setComparison(comparison);
     settings.endGroup();
 
     settings.beginGroup("ChartSettings");
@@ -170,6 +175,16 @@ void MainWindow::saveSettings()
         settings.setValue(field.key, QStringList(filter.*field.values));
     settings.setValue("from", filter.from.toString(Qt::ISODate));
     settings.setValue("to", filter.to.toString(Qt::ISODate));
+    // A comparison comes back with the filter; while it is off the store holds nothing of it.
+    const PeriodComparison comparison = filterPanel->comparison();
+    if (comparison.active) {
+        settings.setValue("compare", true);
+        settings.setValue("compareFrom", comparison.from.toString(Qt::ISODate));
+        settings.setValue("compareTo", comparison.to.toString(Qt::ISODate));
+    } else {
+        for (const char *key : { "compare", "compareFrom", "compareTo" })
+            settings.remove(key);
+    }
     settings.endGroup();
 
     settings.beginGroup("ChartSettings");

@@ -1,6 +1,7 @@
 // The chart side of the application: the time of MainWindow::updateCharts() (every statistic's
 // controller and the date chart's data) over a photo table of 200,000 rows, each part's share, a
-// filter change (one maker, one year) redrawing them all, and the number of live chart objects
+// filter change (one maker, one year) redrawing them all, that filter compared with the year
+// before (two periods side by side in every table and chart), and the number of live chart objects
 // after 1 and after 200 refreshes (over the first 20,000 rows, so that the 200 refreshes stay
 // quick). The real window is built headless
 // with a sandboxed settings store; its first scan covers an empty directory, then the table is
@@ -15,6 +16,7 @@
 #include "filterpanel.h"
 #include "kelvaroversion.h"
 #include "mainwindow.h"
+#include "periodcomparison.h"
 #include "photodatabase.h"
 #include "photodate.h"
 #include "photofilter.h"
@@ -121,6 +123,13 @@ public:
         w.onFilterChanged(filter);
     }
     qint64 selected() const { return w.photoSelection.count(w.db); }
+    // As "Compare with..." changes the comparison: both periods selected, every chart redrawn.
+    void changeComparison(const PeriodComparison &comparison)
+    {
+        w.filterPanel->setComparison(comparison);
+        emit w.filterPanel->comparisonChanged(comparison);
+    }
+    qint64 comparedB() const { return w.comparedPeriods.photosB(); }
 
 private:
     MainWindow &w;
@@ -363,6 +372,23 @@ int main(int argc, char **argv)
         filtered = probe.selected();
         settle();
     }
+
+    // The same filter compared with the year before: period B selected beside it, every
+    // statistic's table and chart holding both periods. Timed from the comparison turned on.
+    std::vector<double> compareMs;
+    qint64 comparedPhotos = 0;
+    const PeriodComparison yearBefore { true, QDate(2020, 1, 1), QDate(2020, 12, 31) };
+    for (int run = 0; run <= timedRuns; ++run) {
+        probe.changeComparison(PeriodComparison());
+        settle();
+        const auto start = benchstats::Clock::now();
+        probe.changeComparison(yearBefore);
+        if (run > 0)
+            compareMs.push_back(benchstats::secondsBetween(start, benchstats::Clock::now()) * 1000);
+        comparedPhotos = probe.comparedB();
+        settle();
+    }
+    probe.changeComparison(PeriodComparison());
     probe.changeFilter(PhotoFilter());
     settle();
     if (rowCount(probe.db()) != rows) {
@@ -382,12 +408,13 @@ int main(int argc, char **argv)
                 "hooks=%d charts_1=%d charts_n=%d models_1=%d models_n=%d controllers_1=%d "
                 "controllers_n=%d datecharts_1=%d datecharts_n=%d objects_1=%d objects_n=%d "
                 "count_rows=%d date_graph=%d date_rows=%d platform=%s filter_ms=%.1f "
-                "filter_photos=%lld%s\n",
+                "filter_photos=%lld compare_ms=%.1f compare_photos_b=%lld%s\n",
                 rows, benchstats::median(ms), indexMs, benchstats::joined(ms, 1).c_str(), refreshes,
                 hooked ? 1 : 0, afterOne.charts, afterAll.charts, afterOne.queryModels,
                 afterAll.queryModels, afterOne.controllers, afterAll.controllers,
                 afterOne.dateCharts, afterAll.dateCharts, afterOne.all, afterAll.all, countRows,
                 graph ? 1 : 0, dateRows, qPrintable(QGuiApplication::platformName()),
-                benchstats::median(filterMs), filtered, parts.c_str());
+                benchstats::median(filterMs), filtered, benchstats::median(compareMs),
+                comparedPhotos, parts.c_str());
     return hooked ? 0 : 1;
 }

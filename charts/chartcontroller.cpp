@@ -9,6 +9,8 @@
 #include <QBarSet>
 #include <QChartView>
 #include <QCursor>
+#include <QFontMetrics>
+#include <QGraphicsSimpleTextItem>
 #include <QHeaderView>
 #include <QHorizontalBarSeries>
 #include <QItemSelectionModel>
@@ -25,7 +27,7 @@
 #include <QVPieModelMapper>
 #include <QValueAxis>
 
-#include <numeric>
+#include <algorithm>
 
 namespace {
 
@@ -48,13 +50,14 @@ ChartController::ChartController(QObject *parent)
 
 ChartController::ChartController(QSqlDatabase &db, QChartView *chartView, QTableView *tableView,
                                  TChartSettings &settings, QObject *parent,
-                                 const PhotoSelection &selection)
+                                 const PhotoSelection &selection, const ComparedPeriods &comparison)
     : QObject(parent)
     , db(db)
     , chartSettings(settings)
     , chartView(chartView)
     , tableView(tableView)
     , selection(selection)
+    , comparison(comparison)
 { }
 
 // The chart belongs to the chart view; the model is ours. A table view that still shows the
@@ -73,6 +76,11 @@ void ChartController::setChartSettings(TChartSettings &settings)
 void ChartController::refreshChart()
 {
     prepareData();
+    // Every kind of chart draws its pies alike when it draws two.
+    if (comparison.isActive() && (chartSettings.chartTyp == 2 || chartSettings.chartTyp == 3)) {
+        drawComparedPies(chartSettings.chartTyp == 3 ? 0.35 : 0);
+        return;
+    }
     switch (chartSettings.chartTyp) {
     case 0:
         showBarChart_V();
@@ -93,6 +101,10 @@ void ChartController::refreshChart()
 
 void ChartController::runStatistic(const QString &statement, const QStringList &headers)
 {
+    if (comparison.isActive()) {
+        adoptModel(comparedRows(statement, headers));
+        return;
+    }
     auto *newModel = new QSqlQueryModel;
     QSqlQuery query(db);
     selection.apply(NameRulesSql::apply(statement, NameRulesSql::active())).exec(query);
@@ -103,8 +115,27 @@ void ChartController::runStatistic(const QString &statement, const QStringList &
         newModel->fetchMore();
     for (int column = 0; column < headers.size(); ++column)
         newModel->setHeaderData(column, Qt::Horizontal, headers.at(column), Qt::EditRole);
+    adoptModel(newModel);
+}
 
-    QSqlQueryModel *previous = model;
+QAbstractItemModel *ChartController::comparedRows(const QString &statement,
+                                                  const QStringList &headers)
+{
+    StatementRows rows;
+    QString error;
+    if (!comparison.readSideBySide(statement, db, selection, countColumn(), rows, &error))
+        qWarning("The periods could not be compared: %s", qPrintable(error));
+    QStringList columns = headers;
+    const int count = countColumn();
+    if (count < columns.size())
+        columns[count] = comparison.labelA();
+    columns.insert(count + 1, comparison.labelB());
+    return new ChartRowsModel(rows, int(columns.size()), columns);
+}
+
+void ChartController::adoptModel(QAbstractItemModel *newModel)
+{
+    QAbstractItemModel *previous = model;
     model = newModel;
     if (tableView)
         showInTable();
@@ -117,12 +148,22 @@ void ChartController::limitChartRows()
     delete limitedRows;
     limitedRows = nullptr;
     const int rows = model->rowCount();
-    const int countColumn = this->countColumn();
+    const int firstCount = countColumn();
+    const int lastCount = lastCountColumn();
+    // Comparing, a row ranks by both periods' photos together, so that the bars kept are the
+    // same for both.
     QList<qint64> counts;
     counts.reserve(rows);
-    for (int row = 0; row < rows; ++row)
-        counts.append(model->data(model->index(row, countColumn)).toLongLong());
-    photoCount = std::accumulate(counts.cbegin(), counts.cend(), qint64(0));
+    photoCounts = QList<qint64>(lastCount - firstCount + 1, 0);
+    for (int row = 0; row < rows; ++row) {
+        qint64 sum = 0;
+        for (int column = firstCount; column <= lastCount; ++column) {
+            const qint64 count = model->data(model->index(row, column)).toLongLong();
+            photoCounts[column - firstCount] += count;
+            sum += count;
+        }
+        counts.append(sum);
+    }
     if (rows <= chartSettings.maxCategories)
         return;
 
@@ -137,12 +178,24 @@ void ChartController::limitChartRows()
         drawn.append(values);
     }
     QList<QVariant> others;
-    for (int column = 0; column < columns; ++column)
-        others.append(column == countColumn
-                          ? QVariant(selection.othersCount)
-                          : QVariant(ChartCategories::othersLabel(selection.othersValues)));
+    for (int column = 0; column < columns; ++column) {
+        if (column < firstCount || column > lastCount) {
+            others.append(ChartCategories::othersLabel(selection.othersValues));
+            continue;
+        }
+        qint64 sum = 0;
+        for (int row = 0; row < rows; ++row) {
+            if (!selection.keptRows.contains(row))
+                sum += model->data(model->index(row, column)).toLongLong();
+        }
+        others.append(sum);
+    }
     drawn.append(others);
-    limitedRows = new ChartRowsModel(drawn, columns);
+    // Comparing, the bar sets take the periods' names from the headers.
+    QStringList headers;
+    for (int column = 0; comparison.isActive() && column < columns; ++column)
+        headers.append(model->headerData(column, Qt::Horizontal).toString());
+    limitedRows = new ChartRowsModel(drawn, columns, headers);
 }
 
 QAbstractItemModel *ChartController::chartRows() const
@@ -154,33 +207,39 @@ QAbstractItemModel *ChartController::chartRows() const
 
 void ChartController::showHoverTexts(QAbstractBarSeries *series)
 {
-    connect(series, &QAbstractBarSeries::hovered, this, [this](bool entered, int row) {
-        if (entered)
-            showHoverText(row);
-        else
-            QToolTip::hideText();
-    });
+    // Each bar set is a period: the first A, the second B.
+    connect(series, &QAbstractBarSeries::hovered, this,
+            [this, series](bool entered, int row, QBarSet *set) {
+                if (entered)
+                    showHoverText(row, int(series->barSets().indexOf(set)));
+                else
+                    QToolTip::hideText();
+            });
 }
 
-void ChartController::showHoverTexts(QPieSeries *series)
+void ChartController::showHoverTexts(QPieSeries *series, int period)
 {
-    connect(series, &QPieSeries::hovered, this, [this, series](QPieSlice *slice, bool entered) {
-        if (entered)
-            showHoverText(int(series->slices().indexOf(slice)));
-        else
-            QToolTip::hideText();
-    });
+    connect(series, &QPieSeries::hovered, this,
+            [this, series, period](QPieSlice *slice, bool entered) {
+                if (entered)
+                    showHoverText(int(series->slices().indexOf(slice)), period);
+                else
+                    QToolTip::hideText();
+            });
 }
 
-void ChartController::showHoverText(int row)
+void ChartController::showHoverText(int row, int period)
 {
     const QAbstractItemModel *rows = chartRows();
     const QList<QString> labels = createCategories();
-    if (!rows || row < 0 || row >= labels.size())
+    if (!rows || row < 0 || row >= labels.size() || period < 0 || period >= photoCounts.size())
         return;
-    const qint64 count = rows->data(rows->index(row, countColumn())).toLongLong();
+    const qint64 count = rows->data(rows->index(row, countColumn() + period)).toLongLong();
+    QString label = labels.at(row);
+    if (comparison.isActive())
+        label += QStringLiteral(" — ") + (period == 0 ? comparison.labelA() : comparison.labelB());
     QToolTip::showText(QCursor::pos(),
-                       ChartCategories::hoverText(labels.at(row), count, photoCount), chartView);
+                       ChartCategories::hoverText(label, count, photoCounts.at(period)), chartView);
 }
 
 // QTableView::setModel() leaves the old selection model to the caller, and gives each header a
@@ -339,6 +398,89 @@ void ChartController::drawPieChart(qreal holeSize)
     showChart();
 }
 
+void ChartController::drawComparedPies(qreal holeSize)
+{
+    startNewChart();
+    // The slices are the rows' own; a mapper would write the share labels back into the rows.
+    adoptMapper(nullptr);
+    const QAbstractItemModel *rows = chartRows();
+    const QList<QString> labels = createCategories();
+    QList<QPieSeries *> pies;
+    for (int period = 0; period < 2; ++period) {
+        auto *series = new QPieSeries;
+        if (holeSize > 0)
+            series->setHoleSize(holeSize);
+        series->setHorizontalPosition(period == 0 ? 0.25 : 0.75);
+        for (int row = 0; row < labels.size(); ++row)
+            series->append(labels.at(row),
+                           rows->data(rows->index(row, countColumn() + period)).toDouble());
+        chart->addSeries(series);
+        pies.append(series);
+    }
+
+    verarbeiteTitleSettings();
+    verarbeiteLegendSettings();
+    verarbeiteCustomTitleSettings();
+    verarbeiteCustomAxisSettings();
+    verarbeiteCustomGradientSettings();
+    for (int period = 0; period < 2; ++period) {
+        createPieChartLegendeUndLabels(pies.at(period));
+        pies.at(period)->setLabelsVisible(chartSettings.wantsValueLabels);
+        showHoverTexts(pies.at(period), period);
+    }
+    // One legend serves both: the theme gives each pie colours of its own, so period B's slices
+    // take those of period A's slice of the same row.
+    const QList<QPieSlice *> slicesA = pies.at(0)->slices();
+    const QList<QPieSlice *> slicesB = pies.at(1)->slices();
+    for (int row = 0; row < slicesA.size() && row < slicesB.size(); ++row) {
+        slicesB.at(row)->setBrush(slicesA.at(row)->brush());
+        slicesB.at(row)->setPen(slicesA.at(row)->pen());
+    }
+    const auto markersB = chart->legend()->markers(pies.at(1));
+    for (QLegendMarker *marker : markersB)
+        marker->setVisible(false);
+
+    // Each pie under its period's name, both fitting beside each other as the plot area changes.
+    QList<QGraphicsSimpleTextItem *> titles;
+    for (int period = 0; period < 2; ++period) {
+        auto *title = new QGraphicsSimpleTextItem(periodTitle(period), chart);
+        // Tests find each title by its period.
+        title->setData(0, period == 0 ? QStringLiteral("A") : QStringLiteral("B"));
+        title->setBrush(chart->titleBrush());
+        titles.append(title);
+    }
+    const auto place = [pies, titles](const QRectF &plot) {
+        if (plot.width() <= 0 || plot.height() <= 0)
+            return;
+        const qreal titleRoom = QFontMetricsF(titles.first()->font()).height() + 4;
+        // A pie's size is relative to half the smaller side of the plot; each pie has half the
+        // width, and a title's room above it.
+        const qreal side = std::min(plot.width(), plot.height());
+        const qreal size = std::max(
+            0.1, std::min({ 0.9, 0.9 * plot.width() / (2 * side), 1 - 2 * titleRoom / side }));
+        const qreal radius = side / 2 * size;
+        for (int period = 0; period < 2; ++period) {
+            QPieSeries *pie = pies.at(period);
+            pie->setPieSize(size);
+            QGraphicsSimpleTextItem *title = titles.at(period);
+            const qreal centreX = plot.left() + plot.width() * pie->horizontalPosition();
+            const qreal centreY = plot.top() + plot.height() * pie->verticalPosition();
+            title->setPos(centreX - title->boundingRect().width() / 2,
+                          centreY - radius - titleRoom);
+        }
+    };
+    connect(chart, &QChart::plotAreaChanged, this, place);
+    place(chart->plotArea());
+    showChart();
+}
+
+QString ChartController::periodTitle(int period) const
+{
+    const QString label = period == 0 ? comparison.labelA() : comparison.labelB();
+    const qint64 photos = period == 0 ? comparison.photosA() : comparison.photosB();
+    return photos == 0 ? label + QStringLiteral(" — no photo matches the filter") : label;
+}
+
 void ChartController::showBarChart_V()
 {
     drawBarChart(new QBarSeries, Qt::AlignBottom, Qt::AlignLeft);
@@ -398,6 +540,21 @@ void ChartController::verarbeiteTitleSettings()
 
 QString ChartController::filterLine() const
 {
+    if (comparison.isActive()) {
+        // The filter's values without its days, which name period A.
+        PhotoFilter values = selection.filter().filter();
+        values.from = QDate();
+        values.to = QDate();
+        QString line = values.description();
+        if (!line.isEmpty())
+            line += QStringLiteral(", ");
+        line += comparison.labelA() + QStringLiteral(" compared with ") + comparison.labelB();
+        if (comparison.photosA() == 0)
+            line += QStringLiteral(". No photo matches the filter in ") + comparison.labelA();
+        if (comparison.photosB() == 0)
+            line += QStringLiteral(". No photo matches the filter in ") + comparison.labelB();
+        return line;
+    }
     if (selection.filter().filter().isEmpty())
         return {};
     if (model && model->rowCount() == 0)
@@ -415,7 +572,7 @@ void ChartController::verarbeiteValueAxisTitleSettings()
 void ChartController::verarbeiteLegendSettings()
 {
     QLegend *legend = chart->legend();
-    if (chartSettings.wantsLegend) {
+    if (showsLegend()) {
         legend->setAlignment(Qt::Alignment(chartSettings.chartLegendPos));
         legend->show();
     } else {

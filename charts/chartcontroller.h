@@ -1,5 +1,6 @@
 #pragma once
 
+#include "periodcomparison.h"
 #include "photoselection.h"
 #include "tchartsettings.h"
 
@@ -17,24 +18,26 @@ class QAbstractItemModel;
 class QBarSet;
 class QChartView;
 class QPieSeries;
-class QSqlQueryModel;
 class QTableView;
 class QValueAxis;
 
 // Turns one SQL statistic over the photo table into a table and a Qt Charts chart. A subclass
 // supplies the statement and headers (prepareData) and, where needed, its own categories, slice
 // labels or drawing; this class holds the drawing of the four chart kinds and applies the tab's
-// TChartSettings to every new chart.
+// TChartSettings to every new chart. Comparing two periods, the table holds a count column per
+// period, a bar chart a bar series per period and a pie chart two pies.
 class ChartController : public QObject
 {
     Q_OBJECT
 
 public:
     explicit ChartController(QObject *parent = nullptr);
-    // The statistic counts the selected photos (every photo by default).
+    // The statistic counts the selected photos (every photo by default), beside those of period B
+    // where periods are compared.
     ChartController(QSqlDatabase &db, QChartView *chartView, QTableView *tableView,
                     TChartSettings &settings, QObject *parent,
-                    const PhotoSelection &selection = PhotoSelection());
+                    const PhotoSelection &selection = PhotoSelection(),
+                    const ComparedPeriods &comparison = ComparedPeriods());
     ~ChartController() override;
 
     // Takes over the whole record; the caller redraws with refreshChart().
@@ -78,32 +81,51 @@ protected:
     // The rows the chart draws: the statistic's own, or, beyond the record's maxCategories, the
     // largest of them and one row that sums the rest. The table always shows every row.
     QAbstractItemModel *chartRows() const;
-    // The column of the statistic's rows that holds the count.
+    // The column of the statistic's rows that holds the count (period A's when comparing).
     virtual int countColumn() const { return 1; }
+    // The user's choice; comparing, two bar sets are told apart by their names in the legend
+    // whatever it is.
+    bool showsLegend() const
+    {
+        return chartSettings.wantsLegend
+            || (comparison.isActive()
+                && (chartSettings.chartTyp == 0 || chartSettings.chartTyp == 1));
+    }
+    // The last count column: period B's when comparing, else countColumn().
+    int lastCountColumn() const { return countColumn() + (comparison.isActive() ? 1 : 0); }
     // Hovering a bar or slice shows its full label, its count and its share of all photos.
     void showHoverTexts(QAbstractBarSeries *series);
-    void showHoverTexts(QPieSeries *series);
+    void showHoverTexts(QPieSeries *series, int period = 0);
 
     QPointer<QChart> chart;
-    QSqlQueryModel *model = nullptr;
+    // The statement's rows as a query model; comparing, the periods' rows side by side.
+    QAbstractItemModel *model = nullptr;
     QSqlDatabase db;
     TChartSettings chartSettings;
     QChartView *chartView = nullptr;
     QTableView *tableView = nullptr;
     PhotoSelection selection;
+    ComparedPeriods comparison;
 
 private:
     // Under a filter the chart names it beneath its title, or says that no photo matched.
     QString filterLine() const;
     void showInTable();
     void limitChartRows();
-    void showHoverText(int row);
+    void showHoverText(int row, int period);
+    // The periods' rows side by side in a model of their own.
+    QAbstractItemModel *comparedRows(const QString &statement, const QStringList &headers);
+    // Two pies side by side, each titled with its period.
+    void drawComparedPies(qreal holeSize);
+    QString periodTitle(int period) const;
     void adoptMapper(QObject *newMapper);
+    // Shows the statistic's new rows and releases the previous ones.
+    void adoptModel(QAbstractItemModel *newModel);
     void drawBarChart(QAbstractBarSeries *series, Qt::Alignment categorySide,
                       Qt::Alignment valueSide);
     void drawPieChart(qreal holeSize);
 
     QPointer<QObject> mapper;
     QAbstractItemModel *limitedRows = nullptr; // null while the chart draws every row
-    qint64 photoCount = 0; // the sum of every row's count
+    QList<qint64> photoCounts; // per period, the sum of every row's count
 };

@@ -15,8 +15,9 @@ ChartControllerExpTime::ChartControllerExpTime(const Statistic &statistic, QObje
 ChartControllerExpTime::ChartControllerExpTime(const Statistic &statistic, QSqlDatabase &db,
                                                QChartView *chartView, QTableView *tableView,
                                                TChartSettings &settings, QObject *parent,
-                                               const PhotoSelection &selection)
-    : ChartController(db, chartView, tableView, settings, parent, selection)
+                                               const PhotoSelection &selection,
+                                               const ComparedPeriods &comparison)
+    : ChartController(db, chartView, tableView, settings, parent, selection, comparison)
     , statistic(statistic)
 {
     refreshChart();
@@ -69,7 +70,7 @@ void ChartControllerExpTime::drawBars(QAbstractBarSeries *series, Qt::Alignment 
                                       Qt::Alignment valueSide, bool valueLabels)
 {
     beginChart();
-    mapBarSets(series, statistic.countColumn(), statistic.countColumn());
+    mapBarSets(series, statistic.countColumn(), lastCountColumn());
     chart->addSeries(series);
     addBarAxes(series, categorySide, valueSide)->setTitleText(QStringLiteral("#Files"));
     series->setLabelsVisible(valueLabels);
@@ -99,7 +100,7 @@ void ChartControllerExpTime::applyTitleAndLegend()
 {
     verarbeiteTitleSettings();
     QLegend *legend = chart->legend();
-    if (chartSettings.wantsLegend) {
+    if (showsLegend()) {
         legend->setAlignment(Qt::Alignment(chartSettings.chartLegendPos));
         legend->show();
     } else {

@@ -16,7 +16,8 @@ public:
     explicit ChartControllerExpTime(const Statistic &statistic, QObject *parent = nullptr);
     ChartControllerExpTime(const Statistic &statistic, QSqlDatabase &db, QChartView *chartView,
                            QTableView *tableView, TChartSettings &settings, QObject *parent,
-                           const PhotoSelection &selection = PhotoSelection());
+                           const PhotoSelection &selection = PhotoSelection(),
+                           const ComparedPeriods &comparison = ComparedPeriods());
 
     void prepareData() override;
 

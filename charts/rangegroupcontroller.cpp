@@ -8,8 +8,9 @@
 RangeGroupController::RangeGroupController(const Statistic &statistic, QSqlDatabase &db,
                                            QChartView *chartView, QTableView *tableView,
                                            TChartSettings &settings, QList<QString> ranges,
-                                           QObject *parent, const PhotoSelection &selection)
-    : ChartController(db, chartView, tableView, settings, parent, selection)
+                                           QObject *parent, const PhotoSelection &selection,
+                                           const ComparedPeriods &comparison)
+    : ChartController(db, chartView, tableView, settings, parent, selection, comparison)
     , statistic(statistic)
     , ranges(ranges)
 {

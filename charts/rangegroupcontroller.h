@@ -16,7 +16,8 @@ public:
     // The statistic must have range groups; empty ranges mean its defaults.
     RangeGroupController(const Statistic &statistic, QSqlDatabase &db, QChartView *chartView,
                          QTableView *tableView, TChartSettings &settings, QList<QString> ranges,
-                         QObject *parent, const PhotoSelection &selection = PhotoSelection());
+                         QObject *parent, const PhotoSelection &selection = PhotoSelection(),
+                         const ComparedPeriods &comparison = ComparedPeriods());
 
     void prepareData() override;
     // The statement over the ranges; an empty list is filled with the defaults first.

@@ -8,8 +8,9 @@ StatisticController::StatisticController(const Statistic &statistic, QObject *pa
 StatisticController::StatisticController(const Statistic &statistic, QSqlDatabase &db,
                                          QChartView *chartView, QTableView *tableView,
                                          TChartSettings &settings, QObject *parent,
-                                         const PhotoSelection &selection)
-    : ChartController(db, chartView, tableView, settings, parent, selection)
+                                         const PhotoSelection &selection,
+                                         const ComparedPeriods &comparison)
+    : ChartController(db, chartView, tableView, settings, parent, selection, comparison)
     , statistic(statistic)
 {
     refreshChart();

@@ -14,7 +14,8 @@ public:
     explicit StatisticController(const Statistic &statistic, QObject *parent = nullptr);
     StatisticController(const Statistic &statistic, QSqlDatabase &db, QChartView *chartView,
                         QTableView *tableView, TChartSettings &settings, QObject *parent,
-                        const PhotoSelection &selection = PhotoSelection());
+                        const PhotoSelection &selection = PhotoSelection(),
+                        const ComparedPeriods &comparison = ComparedPeriods());
 
     void prepareData() override;
 

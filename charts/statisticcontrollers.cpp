@@ -7,18 +7,19 @@
 ChartController *createStatisticController(const Statistic &statistic, QSqlDatabase &db,
                                            QChartView *chartView, QTableView *tableView,
                                            TChartSettings &settings, const QList<QString> &ranges,
-                                           QObject *parent, const PhotoSelection &selection)
+                                           QObject *parent, const PhotoSelection &selection,
+                                           const ComparedPeriods &comparison)
 {
     if (statistic.rangeGroups)
         return new RangeGroupController(statistic, db, chartView, tableView, settings, ranges,
-                                        parent, selection);
+                                        parent, selection, comparison);
     switch (statistic.shape) {
     case Statistic::Shape::ValueCount:
         return new StatisticController(statistic, db, chartView, tableView, settings, parent,
-                                       selection);
+                                       selection, comparison);
     case Statistic::Shape::ValueTextCount:
         return new ChartControllerExpTime(statistic, db, chartView, tableView, settings, parent,
-                                          selection);
+                                          selection, comparison);
     case Statistic::Shape::DayCounts:
         break;
     }

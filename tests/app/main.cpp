@@ -21,6 +21,7 @@ std::unique_ptr<QObject> makeStatisticsViewTest();
 std::unique_ptr<QObject> makeDateViewsTest();
 std::unique_ptr<QObject> makeNameHintsTest();
 std::unique_ptr<QObject> makeFilterViewTest();
+std::unique_ptr<QObject> makeCompareViewTest();
 
 int main(int argc, char **argv)
 {
@@ -30,7 +31,7 @@ int main(int argc, char **argv)
         makeSettingsStoreTest(),  makeScanControlTest(), makeChartCommandsTest(),
         makeGlobalSettingsTest(), makeUpdateOfferTest(), makeStatisticsViewTest(),
         makeRawDataModelTest(),   makeDateViewsTest(),   makeNameHintsTest(),
-        makeFilterViewTest(),
+        makeFilterViewTest(),     makeCompareViewTest(),
     };
     QList<QObject *> objects;
     for (const auto &test : tests)

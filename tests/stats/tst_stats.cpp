@@ -1,6 +1,7 @@
 #include "testrunner.h"
 #include "tst_kelvarostats.h"
 #include "tst_namerules.h"
+#include "tst_periodcomparison.h"
 #include "tst_photofilter.h"
 #include "tst_statistics.h"
 
@@ -13,5 +14,7 @@ int main(int argc, char *argv[])
     tst_PhotoFilter filter;
     tst_KelvaroStats program;
     tst_NameRules names;
-    return testutils::runTestObjects(app.arguments(), { &statistics, &filter, &program, &names });
+    tst_PeriodComparison periods;
+    return testutils::runTestObjects(app.arguments(),
+                                     { &statistics, &filter, &program, &names, &periods });
 }

@@ -1,23 +1,12 @@
 #include "statsreport.h"
 
+#include "csvfield.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include <algorithm>
-
-namespace {
-
-QString csvField(QString field)
-{
-    if (!field.contains(QLatin1Char(';')) && !field.contains(QLatin1Char('"'))
-        && !field.contains(QLatin1Char('\n')) && !field.contains(QLatin1Char('\r')))
-        return field;
-    field.replace(QLatin1String("\""), QLatin1String("\"\""));
-    return QLatin1Char('"') + field + QLatin1Char('"');
-}
-
-} // namespace
 
 QString StatsReport::text() const
 {
