@@ -27,6 +27,7 @@ bool openMainConnection(QSqlDatabase &db)
     QSqlQuery pragma(db);
     pragma.exec(readUncommittedPragma);
     pragma.exec(journalOffPragma);
+    pragma.exec(pageSizePragma);
     QSqlQuery create(db);
     return create.exec(createTableStatement) && create.exec(createInfoTableStatement)
         && create.exec(createFolderTableStatement);

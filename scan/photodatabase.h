@@ -92,12 +92,18 @@ inline const QString readUncommittedPragma = QStringLiteral("PRAGMA read_uncommi
 // database into it (the memory peak of a scan), and every INSERT the pages it changes.
 inline const QString journalOffPragma = QStringLiteral("PRAGMA journal_mode = OFF");
 
+// Pages of 16 KiB instead of SQLite's 4 KiB. The database lives in memory, where each page costs
+// a few hundred bytes of bookkeeping beside its contents, and a page is the unit a statistic
+// index grows by: fewer, larger pages hold the same rows in less memory. It takes effect only
+// before the first table is created.
+inline const QString pageSizePragma = QStringLiteral("PRAGMA page_size = 16384");
+
 // Adds a connection of the photo database under the given name (not opened). An existing
 // connection of that name is replaced, with Qt's warning about the duplicate name.
 QSqlDatabase addConnection(const QString &name);
 
-// Adds and opens the main connection, switches it to read-uncommitted, turns the journal off and
-// creates the tables.
+// Adds and opens the main connection, switches it to read-uncommitted, turns the journal off, sets
+// the page size and creates the tables.
 // False when the database cannot be opened or the table cannot be created.
 bool openMainConnection(QSqlDatabase &db);
 
