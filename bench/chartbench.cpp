@@ -18,6 +18,7 @@
 #include "photodatabase.h"
 #include "photodate.h"
 #include "photofilter.h"
+#include "photofolders.h"
 #include "statistic.h"
 #include "statisticcontrollers.h"
 #include "texiffile.h"

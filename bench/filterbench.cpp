@@ -10,6 +10,7 @@
 #include "filteredstatement.h"
 #include "photodatabase.h"
 #include "photodate.h"
+#include "photofolders.h"
 #include "photoselection.h"
 #include "rawjpegpairs.h"
 #include "statistic.h"
