@@ -5,6 +5,7 @@
 #include "ui_mainwindow.h"
 
 #include "filterpanel.h"
+#include "photodatabase.h"
 #include "rawjpegpairs.h"
 #include "statisticrows.h"
 
@@ -186,14 +187,14 @@ void MainWindow::createRawDataActions()
     connect(folder, &QAction::triggered, this, [this] { openCurrentPhoto(true); });
 }
 
-// The path is PHOTOINFO's, under the photo's id in the row's first column.
+// The photo's id is in the row's first column.
 void MainWindow::openCurrentPhoto(bool itsFolder)
 {
     const QModelIndex current = ui->tableViewRawData->currentIndex();
     if (!current.isValid())
         return;
     QSqlQuery query(db);
-    query.prepare(QStringLiteral("SELECT PATH FROM PHOTOINFO WHERE ID = ?"));
+    query.prepare(PhotoDatabase::photoPathStatement);
     query.addBindValue(tableModel->index(current.row(), 0).data());
     if (!query.exec() || !query.next())
         return;

@@ -20,6 +20,7 @@
 #include "photodatabase.h"
 #include "photodate.h"
 #include "photofilter.h"
+#include "photofolders.h"
 #include "statistic.h"
 #include "statisticcontrollers.h"
 #include "texiffile.h"
@@ -150,6 +151,7 @@ bool fillTable(QSqlDatabase &db, benchdata::Random &random, int firstRow, int ro
     // What the scan derives beside each row; one photo in five has no 35 mm focal length.
     QSqlQuery info(db);
     info.prepare(PhotoDatabase::insertInfoStatement);
+    PhotoFolders folders(db);
     const QList<FileTypes::FileType> &types = FileTypes::all();
     const QDateTime first(QDate(2020, 1, 1), QTime(0, 0));
     TExifFile values;
@@ -186,7 +188,7 @@ bool fillTable(QSqlDatabase &db, benchdata::Random &random, int firstRow, int ro
         const double crop = 1.0 + random.below(6) * 0.1;
         const auto hour = PhotoDate::hour(t.dateTimeOriginal);
         const QDate day = PhotoDate::date(t.dateTimeOriginal);
-        info.bindValue(0, QStringLiteral("/photos/IMG_%1.JPG").arg(row));
+        info.bindValue(0, folders.idOfFile(QStringLiteral("/photos/IMG_%1.JPG").arg(row)));
         info.bindValue(1, types.at(random.below(int(types.size()))).name);
         info.bindValue(2,
                        random.chance(20) ? QVariant()

@@ -10,6 +10,7 @@
 #include "filteredstatement.h"
 #include "photodatabase.h"
 #include "photodate.h"
+#include "photofolders.h"
 #include "photoselection.h"
 #include "rawjpegpairs.h"
 #include "statistic.h"
@@ -33,6 +34,7 @@ bool fillTable(QSqlDatabase &db, int rows)
     insert.prepare(PhotoDatabase::insertStatement);
     QSqlQuery info(db);
     info.prepare(PhotoDatabase::insertInfoStatement);
+    PhotoFolders folders(db);
     const QDateTime first(QDate(2020, 1, 1), QTime(0, 0));
     for (int row = 0; row < rows; ++row) {
         const QDateTime when =
@@ -66,7 +68,7 @@ bool fillTable(QSqlDatabase &db, int rows)
             insert.bindValue(names.at(i), values.at(i));
         const auto hour = PhotoDate::hour(t.dateTimeOriginal);
         const QDate day = PhotoDate::date(t.dateTimeOriginal);
-        info.bindValue(":path", path);
+        info.bindValue(":folder", folders.idOfFile(path));
         info.bindValue(":filetype", FileTypes::nameOf(path));
         info.bindValue(":focallength35", double(t.focalLength->num) / t.focalLength->den * 1.5);
         info.bindValue(":cropfactor", 1.5);

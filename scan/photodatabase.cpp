@@ -27,8 +27,10 @@ bool openMainConnection(QSqlDatabase &db)
     QSqlQuery pragma(db);
     pragma.exec(readUncommittedPragma);
     pragma.exec(journalOffPragma);
+    pragma.exec(pageSizePragma);
     QSqlQuery create(db);
-    return create.exec(createTableStatement) && create.exec(createInfoTableStatement);
+    return create.exec(createTableStatement) && create.exec(createInfoTableStatement)
+        && create.exec(createFolderTableStatement);
 }
 
 void clear(QSqlDatabase &db)
@@ -36,6 +38,7 @@ void clear(QSqlDatabase &db)
     QSqlQuery query(db);
     query.exec(clearStatement);
     query.exec(clearInfoStatement);
+    query.exec(clearFoldersStatement);
     // Every index of the tables was made for the statistics (the grouped ones under names of
     // their own); the tables' own unique keys have no statement and stay.
     query.exec(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'index' "

@@ -35,19 +35,40 @@ inline const QString insertStatement = QStringLiteral(
 
 inline const QString clearStatement = QStringLiteral("DELETE FROM DATEIEN");
 
-// What the scan keeps per photo beyond DATEIEN's columns, under the same id: the file's path and
-// type, the 35 mm-equivalent focal length and the crop factor behind it (null when unknown), and
-// the hour (0-23) and weekday (1 Monday to 7 Sunday) of a usable original date (else null).
+// What the scan keeps per photo beyond DATEIEN's columns, under the same id: the file's folder
+// (an id of PHOTOFOLDERS) and type, the 35 mm-equivalent focal length and the crop factor behind
+// it (null when unknown), and the hour (0-23) and weekday (1 Monday to 7 Sunday) of a usable
+// original date (else null). The file's path is its folder's path followed by DATEIEN's FILENAME.
 inline const QString createInfoTableStatement = QStringLiteral(
-    "CREATE TABLE PHOTOINFO (ID INTEGER PRIMARY KEY, PATH TEXT NOT NULL, FILETYPE TEXT NOT NULL, "
-    "FOCALLENGTH35 REAL, CROPFACTOR REAL, HOUR INTEGER, WEEKDAY INTEGER)");
+    "CREATE TABLE PHOTOINFO (ID INTEGER PRIMARY KEY, FOLDER INTEGER NOT NULL, "
+    "FILETYPE TEXT NOT NULL, FOCALLENGTH35 REAL, CROPFACTOR REAL, HOUR INTEGER, WEEKDAY INTEGER)");
 
 // Run right after a photo's row went into DATEIEN on the same connection, whose id it takes.
 inline const QString insertInfoStatement = QStringLiteral(
-    "INSERT INTO PHOTOINFO (ID, PATH, FILETYPE, FOCALLENGTH35, CROPFACTOR, HOUR, WEEKDAY) VALUES "
-    "(last_insert_rowid(), :path, :filetype, :focallength35, :cropfactor, :hour, :weekday)");
+    "INSERT INTO PHOTOINFO (ID, FOLDER, FILETYPE, FOCALLENGTH35, CROPFACTOR, HOUR, WEEKDAY) VALUES "
+    "(last_insert_rowid(), :folder, :filetype, :focallength35, :cropfactor, :hour, :weekday)");
 
 inline const QString clearInfoStatement = QStringLiteral("DELETE FROM PHOTOINFO");
+
+// The folders of the scanned files, each path up to and with its last separator, once: a photo's
+// row keeps a small id where the whole path would cost it about 80 bytes. WITHOUT ROWID, so that
+// storing a folder between a photo's two INSERTs leaves last_insert_rowid() at the photo's id.
+inline const QString createFolderTableStatement =
+    QStringLiteral("CREATE TABLE PHOTOFOLDERS (ID INTEGER PRIMARY KEY, PATH TEXT NOT NULL UNIQUE) "
+                   "WITHOUT ROWID");
+// The next id by hand, as a table without rowid has no automatic one; a known folder is kept.
+inline const QString insertFolderStatement =
+    QStringLiteral("INSERT OR IGNORE INTO PHOTOFOLDERS (ID, PATH) "
+                   "SELECT coalesce(max(ID), 0) + 1, ? FROM PHOTOFOLDERS");
+inline const QString folderIdStatement =
+    QStringLiteral("SELECT ID FROM PHOTOFOLDERS WHERE PATH = ?");
+inline const QString clearFoldersStatement = QStringLiteral("DELETE FROM PHOTOFOLDERS");
+
+// The path of the photo with the given id.
+inline const QString photoPathStatement =
+    QStringLiteral("SELECT f.PATH || d.FILENAME FROM PHOTOINFO p "
+                   "JOIN PHOTOFOLDERS f ON f.ID = p.FOLDER JOIN DATEIEN d ON d.id = p.ID "
+                   "WHERE p.ID = ?");
 
 // A photo whose file gives no 35 mm focal length gets one from the crop factor other photos of
 // the same camera model in the scan showed (their average); a photo without a focal length stays
@@ -71,16 +92,22 @@ inline const QString readUncommittedPragma = QStringLiteral("PRAGMA read_uncommi
 // database into it (the memory peak of a scan), and every INSERT the pages it changes.
 inline const QString journalOffPragma = QStringLiteral("PRAGMA journal_mode = OFF");
 
+// Pages of 16 KiB instead of SQLite's 4 KiB. The database lives in memory, where each page costs
+// a few hundred bytes of bookkeeping beside its contents, and a page is the unit a statistic
+// index grows by: fewer, larger pages hold the same rows in less memory. It takes effect only
+// before the first table is created.
+inline const QString pageSizePragma = QStringLiteral("PRAGMA page_size = 16384");
+
 // Adds a connection of the photo database under the given name (not opened). An existing
 // connection of that name is replaced, with Qt's warning about the duplicate name.
 QSqlDatabase addConnection(const QString &name);
 
-// Adds and opens the main connection, switches it to read-uncommitted, turns the journal off and
-// creates both tables.
+// Adds and opens the main connection, switches it to read-uncommitted, turns the journal off, sets
+// the page size and creates the tables.
 // False when the database cannot be opened or the table cannot be created.
 bool openMainConnection(QSqlDatabase &db);
 
-// Empties both tables and drops every index made for the statistics; the AUTOINCREMENT counter
+// Empties the tables and drops every index made for the statistics; the AUTOINCREMENT counter
 // goes on, so later ids continue after the old ones.
 void clear(QSqlDatabase &db);
 

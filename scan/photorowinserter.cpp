@@ -3,6 +3,7 @@
 #include "filetypes.h"
 #include "photodatabase.h"
 #include "photodate.h"
+#include "photoinfoinserter.h"
 #include "queryrowinserter.h"
 #include "texiffile.h"
 
@@ -28,11 +29,6 @@ const QStringList PhotoRowInserter::infoPlaceholders {
 PhotoRowInserter::Target PhotoRowInserter::photoRows()
 {
     return { PhotoDatabase::insertStatement, placeholders };
-}
-
-PhotoRowInserter::Target PhotoRowInserter::photoInfo()
-{
-    return { PhotoDatabase::insertInfoStatement, infoPlaceholders };
 }
 
 namespace {
@@ -96,4 +92,9 @@ std::unique_ptr<PhotoRowInserter> PhotoRowInserter::create(const QSqlDatabase &d
 #else
     return std::make_unique<QueryRowInserter>(db, target);
 #endif
+}
+
+std::unique_ptr<PhotoRowInserter> PhotoRowInserter::createInfo(const QSqlDatabase &db)
+{
+    return std::make_unique<PhotoInfoInserter>(db);
 }

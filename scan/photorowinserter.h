@@ -27,7 +27,6 @@ public:
     // Those of PHOTOINFO's INSERT, which follows each row of DATEIEN.
     static const QStringList infoPlaceholders;
     static Target photoRows();
-    static Target photoInfo();
 
     // The values of a photo's row, one per placeholder.
     static QVariantList rowValues(const TExifFile &exif);
@@ -39,6 +38,8 @@ public:
     // QSqlQuery.
     static std::unique_ptr<PhotoRowInserter> create(const QSqlDatabase &db);
     static std::unique_ptr<PhotoRowInserter> create(const QSqlDatabase &db, const Target &target);
+    // The INSERT of PHOTOINFO's rows, taking the info values (PhotoInfoInserter).
+    static std::unique_ptr<PhotoRowInserter> createInfo(const QSqlDatabase &db);
 
     virtual ~PhotoRowInserter() = default;
 

@@ -48,7 +48,7 @@ void TMyWorkerObject::doOperation()
     }
 
     inserter = PhotoRowInserter::create(db);
-    infoInserter = PhotoRowInserter::create(db, PhotoRowInserter::photoInfo());
+    infoInserter = PhotoRowInserter::createInfo(db);
     std::unique_ptr<PhotoCatalogue> catalogue = openCatalogue();
     scanDirectories(catalogue && catalogue->isOpen() ? catalogue.get() : nullptr);
     if (catalogue) {

@@ -5,7 +5,8 @@
 
 // A raw file and a JPEG or HEIF of the same name in the same folder are one shot, taken twice.
 // Counting each shot once means leaving out the companions (the JPEG or HEIF files); which ones
-// they are follows from PHOTOINFO's paths and is kept in a temporary table of the connection.
+// they are follows from the photos' folders and file names and is kept in a temporary table of
+// the connection.
 namespace RawJpegPairs {
 
 inline const QString companionsTable = QStringLiteral("temp.KelvaroPairCompanions");

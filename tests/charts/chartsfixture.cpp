@@ -2,6 +2,7 @@
 
 #include "photodatabase.h"
 #include "photodate.h"
+#include "photofolders.h"
 #include "statisticcontrollers.h"
 
 #include <QAbstractBarSeries>
@@ -31,8 +32,10 @@ PhotoTable::PhotoTable()
     QSqlQuery query(db);
     query.exec(QStringLiteral("DROP TABLE IF EXISTS DATEIEN"));
     query.exec(QStringLiteral("DROP TABLE IF EXISTS PHOTOINFO"));
+    query.exec(QStringLiteral("DROP TABLE IF EXISTS PHOTOFOLDERS"));
     ready = query.exec(PhotoDatabase::createTableStatement)
-        && query.exec(PhotoDatabase::createInfoTableStatement);
+        && query.exec(PhotoDatabase::createInfoTableStatement)
+        && query.exec(PhotoDatabase::createFolderTableStatement);
     if (!ready)
         error = query.lastError().text();
 }
@@ -55,8 +58,9 @@ bool PhotoTable::insert(const QList<Photo> &photos)
         db.rollback();
         return false;
     }
+    PhotoFolders folders(db);
     for (const Photo &photo : photos) {
-        query.bindValue(":filename", QStringLiteral("IMG.CR3"));
+        query.bindValue(":filename", photo.path.section(QLatin1Char('/'), -1));
         query.bindValue(":date", photo.date);
         query.bindValue(":maker", photo.maker);
         query.bindValue(":model", photo.model);
@@ -76,7 +80,7 @@ bool PhotoTable::insert(const QList<Photo> &photos)
         // What a scan derives, as the scan derives it; zero is an unknown 35 mm focal length.
         const QDate day = PhotoDate::date(photo.date);
         const auto hour = PhotoDate::hour(photo.date);
-        info.bindValue(":path", photo.path);
+        info.bindValue(":folder", folders.idOfFile(photo.path));
         info.bindValue(":filetype", photo.fileType);
         info.bindValue(":focallength35",
                        photo.focalLength35 > 0 ? QVariant(photo.focalLength35) : QVariant());

@@ -12,9 +12,11 @@ QStringList exactRows(const QSqlDatabase &db)
 {
     QSqlQuery query(db);
     query.setForwardOnly(true);
-    // Whatever columns the second table has: the row's whole record is compared.
-    query.exec(QStringLiteral("SELECT d.*, i.* FROM DATEIEN d LEFT JOIN PHOTOINFO i ON "
-                              "i.ID = d.id ORDER BY d.id"));
+    // Whatever columns the second table has: the row's whole record is compared, with the path of
+    // the photo's folder.
+    query.exec(QStringLiteral("SELECT d.*, i.*, f.PATH FROM DATEIEN d LEFT JOIN PHOTOINFO i ON "
+                              "i.ID = d.id LEFT JOIN PHOTOFOLDERS f ON f.ID = i.FOLDER "
+                              "ORDER BY d.id"));
     QStringList rows;
     qint64 firstId = -1;
     while (query.next()) {

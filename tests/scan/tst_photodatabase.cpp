@@ -245,6 +245,18 @@ void tst_PhotoDatabase::journalIsOffForEveryConnection()
     }
 }
 
+// The page size is the database's: the worker's connection, opened later, has the same.
+void tst_PhotoDatabase::pagesAreLargerThanSqlitesDefault()
+{
+    QSqlQuery mainPages(db);
+    QVERIFY(mainPages.exec(QStringLiteral("PRAGMA page_size")) && mainPages.next());
+    QCOMPARE(mainPages.value(0).toInt(), 16384);
+    scantest::OwnConnection worker(writerConnection);
+    QSqlQuery pages(worker.db);
+    QVERIFY(pages.exec(QStringLiteral("PRAGMA page_size")) && pages.next());
+    QCOMPARE(pages.value(0).toInt(), 16384);
+}
+
 // Without a journal nothing can be rolled back: a refused INSERT must not have written anything,
 // neither a row nor a step of the id counter.
 void tst_PhotoDatabase::failedInsertLeavesNoTrace()

@@ -21,6 +21,7 @@ private slots:
     void groupedStatisticIndexesServeTheirStatements_data();
     void groupedStatisticIndexesServeTheirStatements();
     void journalIsOffForEveryConnection();
+    void pagesAreLargerThanSqlitesDefault();
     void failedInsertLeavesNoTrace();
     void connectionOfAnotherThreadSeesTheRows();
     void openSelectAndInsert_data();

@@ -2,6 +2,7 @@
 
 #include "photodatabase.h"
 #include "photofixture.h"
+#include "photofolders.h"
 #include "photorowinserter.h"
 #include "queryrowinserter.h"
 #include "scanfixtures.h"
@@ -237,4 +238,89 @@ void tst_PhotoRowInserter::scanBuildUsesTheDirectFormWhereItIsBuilt()
 #else
     QVERIFY(dynamic_cast<QueryRowInserter *>(inserter.get()));
 #endif
+}
+
+void tst_PhotoRowInserter::infoRowKeepsThePathAsFolderAndFileName()
+{
+    // Three folders, the first one met again after another: each is stored once, and every
+    // photo's path comes back whole. A new folder is stored between a photo's two INSERTs, so
+    // its info row must still take the photo's id.
+    const QStringList paths { "/photos/2023/a.jpg",       "/photos/2023/b.CR3",
+                              "/photos/2024/a.jpg",       "/photos/2023/c.jpg",
+                              "/photos/2023/sub.d/d.NEF", "/e.jpg" };
+    const auto rows = PhotoRowInserter::create(db);
+    const auto info = PhotoRowInserter::createInfo(db);
+    QList<qint64> ids;
+    for (const QString &path : paths) {
+        QVERIFY(rows->insert(row(path.section(QLatin1Char('/'), -1))));
+        QSqlQuery last(db);
+        QVERIFY(last.exec("SELECT max(id) FROM DATEIEN") && last.next());
+        ids << last.value(0).toLongLong();
+        QVERIFY2(info->insert({ path, QStringLiteral("JPG"), 35.0, 1.5, 18, 5 }), qPrintable(path));
+    }
+
+    QSqlQuery query(db);
+    QVERIFY(query.exec("SELECT ID FROM PHOTOINFO ORDER BY ID"));
+    QList<qint64> infoIds;
+    while (query.next())
+        infoIds << query.value(0).toLongLong();
+    QCOMPARE(infoIds, ids);
+
+    QVERIFY(query.exec("SELECT PATH FROM PHOTOFOLDERS ORDER BY ID"));
+    QStringList folders;
+    while (query.next())
+        folders << query.value(0).toString();
+    QCOMPARE(folders,
+             (QStringList { "/photos/2023/", "/photos/2024/", "/photos/2023/sub.d/", "/" }));
+
+    QSqlQuery path(db);
+    QVERIFY(path.prepare(PhotoDatabase::photoPathStatement));
+    for (int i = 0; i < paths.size(); ++i) {
+        path.addBindValue(ids.at(i));
+        QVERIFY(path.exec());
+        QVERIFY2(path.next(), qPrintable(paths.at(i)));
+        QCOMPARE(path.value(0).toString(), paths.at(i));
+    }
+
+    // Emptying the database forgets the folders as well.
+    PhotoDatabase::clear(db);
+    QVERIFY(query.exec("SELECT count(*) FROM PHOTOFOLDERS") && query.next());
+    QCOMPARE(query.value(0).toInt(), 0);
+}
+
+void tst_PhotoRowInserter::infoRowWithoutItsFolderIsNotStored()
+{
+    QVERIFY(PhotoRowInserter::create(db)->insert(row(QStringLiteral("a.jpg"))));
+    QSqlQuery(db).exec(QStringLiteral("DROP TABLE PHOTOFOLDERS"));
+    const bool stored = PhotoRowInserter::createInfo(db)->insert(
+        { QStringLiteral("/p/a.jpg"), QStringLiteral("JPG"), {}, {}, {}, {} });
+    QSqlQuery(db).exec(PhotoDatabase::createFolderTableStatement);
+    QVERIFY2(!stored, "a photo whose folder could not be stored has no info row");
+    QSqlQuery count(db);
+    QVERIFY(count.exec("SELECT count(*) FROM PHOTOINFO") && count.next());
+    QCOMPARE(count.value(0).toInt(), 0);
+}
+
+void tst_PhotoRowInserter::folderOfEndsAtTheLastSeparator_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("folder");
+
+    QTest::newRow("file in a folder") << "/photos/2023/IMG_1.JPG"
+                                      << "/photos/2023/";
+    QTest::newRow("dot in the folder") << "/photos/a.b/IMG"
+                                       << "/photos/a.b/";
+    QTest::newRow("file at the root") << "/IMG_1.JPG"
+                                      << "/";
+    QTest::newRow("name alone") << "IMG_1.JPG"
+                                << "";
+}
+
+void tst_PhotoRowInserter::folderOfEndsAtTheLastSeparator()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, folder);
+    QCOMPARE(PhotoFolders::folderOf(path), folder);
+    // The folder followed by the reader's file name is the path again.
+    QCOMPARE(PhotoFolders::folderOf(path) + TExifFile(path).fileName(), path);
 }

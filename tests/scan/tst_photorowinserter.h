@@ -26,6 +26,10 @@ private slots:
     void waitsForAnotherConnectionsTableLock();
     void rowValuesFollowThePlaceholders();
     void scanBuildUsesTheDirectFormWhereItIsBuilt();
+    void infoRowKeepsThePathAsFolderAndFileName();
+    void infoRowWithoutItsFolderIsNotStored();
+    void folderOfEndsAtTheLastSeparator_data();
+    void folderOfEndsAtTheLastSeparator();
 
 private:
     QSqlDatabase db;

@@ -38,6 +38,7 @@ void tst_NameRules::cleanup()
     NameRulesSql::setActive(NameRules());
     QSqlQuery(db).exec(QStringLiteral("DROP TABLE DATEIEN"));
     QSqlQuery(db).exec(QStringLiteral("DROP TABLE PHOTOINFO"));
+    QSqlQuery(db).exec(QStringLiteral("DROP TABLE PHOTOFOLDERS"));
     db.close();
     db = QSqlDatabase();
     QSqlDatabase::removeDatabase(PhotoDatabase::mainConnection);

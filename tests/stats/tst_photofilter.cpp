@@ -80,6 +80,7 @@ void tst_PhotoFilter::cleanup()
 {
     QSqlQuery(db).exec(QStringLiteral("DROP TABLE DATEIEN"));
     QSqlQuery(db).exec(QStringLiteral("DROP TABLE PHOTOINFO"));
+    QSqlQuery(db).exec(QStringLiteral("DROP TABLE PHOTOFOLDERS"));
     db.close();
     db = QSqlDatabase();
     QSqlDatabase::removeDatabase(PhotoDatabase::mainConnection);
@@ -89,7 +90,7 @@ bool tst_PhotoFilter::addPhoto(const QString &maker, const QString &model, const
                                const QString &date, const QString &path)
 {
     const auto rows = PhotoRowInserter::create(db);
-    const auto info = PhotoRowInserter::create(db, PhotoRowInserter::photoInfo());
+    const auto info = PhotoRowInserter::createInfo(db);
     const QDate day = PhotoDate::date(date);
     const auto hour = PhotoDate::hour(date);
     return rows->insert({ path.section(QLatin1Char('/'), -1), date, QString(), maker, model, lens,

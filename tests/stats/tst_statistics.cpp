@@ -43,6 +43,7 @@ void tst_Statistics::cleanup()
 {
     QSqlQuery(db).exec(QStringLiteral("DROP TABLE DATEIEN"));
     QSqlQuery(db).exec(QStringLiteral("DROP TABLE PHOTOINFO"));
+    QSqlQuery(db).exec(QStringLiteral("DROP TABLE PHOTOFOLDERS"));
     db.close();
     db = QSqlDatabase();
     QSqlDatabase::removeDatabase(PhotoDatabase::mainConnection);
@@ -122,10 +123,10 @@ bool tst_Statistics::addPhoto(const QString &maker, const QString &model, double
                               const QVariant &focalLength35, const QVariant &cropFactor)
 {
     const auto rows = PhotoRowInserter::create(db);
-    const auto info = PhotoRowInserter::create(db, PhotoRowInserter::photoInfo());
+    const auto info = PhotoRowInserter::createInfo(db);
     const QDate day = PhotoDate::date(date);
     const auto hour = PhotoDate::hour(date);
-    return rows->insert({ QStringLiteral("IMG.JPG"), date, QString(), maker, model,
+    return rows->insert({ path.section(QLatin1Char('/'), -1), date, QString(), maker, model,
                           QStringLiteral("n.a."), focalLength, 100, QStringLiteral("2.8"), 0.01,
                           QStringLiteral("1/100"), QStringLiteral("Pattern"),
                           QStringLiteral("Manual") })
@@ -383,7 +384,9 @@ void tst_Statistics::cropFactorLearnedFromTheSameModel()
     QVERIFY(addPhoto("Other", "D70", 100, "", "/6.nef", {}, {}));
     PhotoDatabase::completeScan(db);
     QSqlQuery query(db);
-    QVERIFY(query.exec("SELECT PATH, FOCALLENGTH35 FROM PHOTOINFO ORDER BY ID"));
+    QVERIFY(query.exec("SELECT f.PATH || d.FILENAME, p.FOCALLENGTH35 FROM PHOTOINFO p "
+                       "JOIN PHOTOFOLDERS f ON f.ID = p.FOLDER JOIN DATEIEN d ON d.id = p.ID "
+                       "ORDER BY p.ID"));
     QStringList found;
     while (query.next())
         found << query.value(0).toString() + "="
