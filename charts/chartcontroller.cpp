@@ -116,6 +116,7 @@ void ChartController::limitChartRows()
 {
     delete limitedRows;
     limitedRows = nullptr;
+    limitedTableRows.clear();
     const int rows = model->rowCount();
     const int countColumn = this->countColumn();
     QList<qint64> counts;
@@ -143,6 +144,14 @@ void ChartController::limitChartRows()
                           : QVariant(ChartCategories::othersLabel(selection.othersValues)));
     drawn.append(others);
     limitedRows = new ChartRowsModel(drawn, columns);
+    limitedTableRows = selection.keptRows;
+}
+
+int ChartController::tableRowOfChartRow(int chartRow) const
+{
+    if (limitedRows)
+        return limitedTableRows.value(chartRow, -1);
+    return model && chartRow >= 0 && chartRow < model->rowCount() ? chartRow : -1;
 }
 
 QAbstractItemModel *ChartController::chartRows() const
