@@ -91,7 +91,7 @@ void MainWindow::selectFilteredPhotos()
     showStatus();
 }
 
-// The raw-data model reads the selection's ids, which carry the filter's values as bound
+// The raw-data model reads the selection's ids, found with the filter's values as bound
 // parameters; the clause itself holds none.
 void MainWindow::restrictRawData()
 {
@@ -99,8 +99,7 @@ void MainWindow::restrictRawData()
         tableModel->setRestriction(QString());
         return;
     }
-    const BoundStatement ids = photoSelection.apply(QStringLiteral("SELECT ID FROM Dateien"));
-    tableModel->setRestriction("ID IN (" + ids.text + ")", ids.values);
+    tableModel->setRestriction("ID IN (" + photoSelection.idsStatement() + ")");
 }
 
 void MainWindow::showStatus()
@@ -109,7 +108,7 @@ void MainWindow::showStatus()
         labelStatus->setText(scanStatus);
         return;
     }
-    const qint64 shown = photoSelection.count(db);
+    const qint64 shown = photoSelection.selectedCount();
     QString text = scanStatus
         + QStringLiteral(" — showing %1: %2")
               .arg(shown)

@@ -125,6 +125,7 @@ void tst_PhotoFilter::emptyFilterLeavesEveryStatementAsItIs()
         QVERIFY2(applied.values.isEmpty(), qPrintable(statistic.key));
     }
     QCOMPARE(selection.count(db), 6);
+    QCOMPARE(selection.selectedCount(), -1);
 }
 
 void tst_PhotoFilter::filteredStatementsCarryValuesOnlyAsBindings()
@@ -572,6 +573,7 @@ void tst_PhotoFilter::pickedRowsSelectTheirPhotos()
     QVERIFY2(selection.select(db, StatementFilter(filter), &error), qPrintable(error));
     QVERIFY(selection.isFiltered());
     QCOMPARE(selection.count(db), photos);
+    QCOMPARE(selection.selectedCount(), qint64(photos));
     QCOMPARE(total(rowsOf(QStringLiteral("maker"), db, filter)), photos);
     QCOMPARE(total(rowsOf(QStringLiteral("maker"), db, PhotoFilter())), 6);
 }
