@@ -138,6 +138,7 @@ private slots:
     void filterStoredBetweenRuns();
     void pairsCountedOnceWhenSwitchedOn();
     void pairsSwitchedOnInTheSettingsDialog();
+    void morePairsThanOneReadPlural();
     void drillDownFromATableRow();
     void drillDownFromAChartBar();
     void aFilterChangeDrawsTheShownTabAndTheOthersWhenShown();
@@ -507,6 +508,24 @@ void tst_FilterView::pairsSwitchedOnInTheSettingsDialog()
              QString("Valid files: 3 — showing 2: RAW+JPEG once (1 RAW+JPEG pair merged)"));
     probe.saveSettings();
     QCOMPARE(readStore("OtherSettings/pairsOnce").toBool(), true);
+}
+
+void tst_FilterView::morePairsThanOneReadPlural()
+{
+    const QString directory = sandbox->makeDir("pairs");
+    const fixture::PhotoTags tags = photoTags("Canon", "EOS R5", "RF24-70mm F2.8");
+    for (const char *name : { "/A.NEF", "/A.jpg", "/B.NEF", "/B.jpg" })
+        QVERIFY(fixture::writePhoto(directory + name,
+                                    QString(name).endsWith(".NEF") ? fixture::Format::TiffLittle
+                                                                   : fixture::Format::Jpeg,
+                                    tags));
+    writeStore({ { "OtherSettings/lastDirectory", directory },
+                 { "OtherSettings/fileFilters", QStringList { "*.jpg", "*.nef" } },
+                 { "OtherSettings/pairsOnce", true } });
+    window = std::make_unique<ExportWindow>();
+    QVERIFY(waitForScanEnd(*window));
+    QCOMPARE(MainWindowProbe(*window).status(),
+             QString("Valid files: 4 — showing 2: RAW+JPEG once (2 RAW+JPEG pairs merged)"));
 }
 
 void tst_FilterView::drillDownFromATableRow()
