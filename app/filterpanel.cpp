@@ -84,8 +84,10 @@ FilterPanel::FilterPanel(QWidget *parent)
     connect(ui->dateEditCompareFrom, &QDateEdit::dateChanged, this,
             &FilterPanel::compareDatesEdited);
     connect(ui->dateEditCompareTo, &QDateEdit::dateChanged, this, &FilterPanel::compareDatesEdited);
+    connect(ui->listWidgetPicked, &QListWidget::itemChanged, this, &FilterPanel::pickedRowsChanged);
     showDates();
     showCompareDates();
+    showPickedRows();
 }
 
 FilterPanel::~FilterPanel()
@@ -152,6 +154,7 @@ void FilterPanel::setFilter(const PhotoFilter &filter)
         current.*field.values = kept;
     }
     showDates();
+    showPickedRows();
 }
 
 void FilterPanel::addValue(const PhotoFilterField &field, const QString &value)
@@ -161,6 +164,43 @@ void FilterPanel::addValue(const PhotoFilterField &field, const QString &value)
     PhotoFilter wanted = current;
     (wanted.*field.values).append(value);
     setFilter(wanted);
+    emit filterChanged(current);
+}
+
+void FilterPanel::addPickedRow(const PickedRow &row)
+{
+    if (current.pickedRows.contains(row))
+        return;
+    current.pickedRows.append(row);
+    showPickedRows();
+    emit filterChanged(current);
+}
+
+// One checked entry per picked row, in the filter's order; the list hides while there is none.
+void FilterPanel::showPickedRows()
+{
+    QListWidget *widget = ui->listWidgetPicked;
+    const QSignalBlocker blocker(widget);
+    widget->clear();
+    for (const PickedRow &row : std::as_const(current.pickedRows)) {
+        auto *item = new QListWidgetItem(row.label, widget);
+        item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
+        item->setCheckState(Qt::Checked);
+    }
+    widget->setVisible(!current.pickedRows.isEmpty());
+    ui->labelPicked->setVisible(!current.pickedRows.isEmpty());
+}
+
+void FilterPanel::pickedRowsChanged()
+{
+    QList<PickedRow> kept;
+    for (int row = 0; row < ui->listWidgetPicked->count(); ++row) {
+        if (ui->listWidgetPicked->item(row)->checkState() == Qt::Checked)
+            kept << current.pickedRows.at(row);
+    }
+    current.pickedRows = kept;
+    // Deferred: the list is rebuilt, and the item that sent the signal is still in use.
+    QMetaObject::invokeMethod(this, &FilterPanel::showPickedRows, Qt::QueuedConnection);
     emit filterChanged(current);
 }
 

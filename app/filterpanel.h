@@ -43,6 +43,9 @@ public:
     void setFilter(const PhotoFilter &filter);
     // Adds one value to a field's list of the filter, as a double-click on a statistic does.
     void addValue(const PhotoFilterField &field, const QString &value);
+    // Adds a picked row of a statistic without a field of its own; it stands checked under "Also"
+    // until the user unchecks it.
+    void addPickedRow(const PickedRow &row);
 
     QListWidget *list(const PhotoFilterField &field) const;
 
@@ -61,6 +64,8 @@ private:
     void datesEdited();
     void listChanged(const PhotoFilterField &field);
     void showDates();
+    void showPickedRows();
+    void pickedRowsChanged();
     void clearFilter();
     void compareToggled(bool on);
     void applyComparePreset(int preset);

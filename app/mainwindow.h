@@ -24,6 +24,7 @@ class ChartDate3D;
 class DateViews;
 class NameHints;
 class FilterPanel;
+class QAbstractItemModel;
 class QAction;
 class QChartView;
 class QCloseEvent;
@@ -127,7 +128,14 @@ private:
     // The CREATE INDEX statements of the grouped charts for the current ranges.
     QStringList groupedStatisticIndexes() const;
     void stopWorkerThread();
+    // Every statistic and the date views, as after a scan.
     void updateCharts();
+    void refreshStatistic(StatisticTab &tab);
+    void refreshDateViews();
+    // After a filter change only the current tab is drawn at once; the others are marked stale and
+    // drawn when they are shown, so that no tab ever shows the numbers of an earlier filter.
+    void refreshShownViews();
+    void refreshCurrentTab();
     void verarbeiteKontextMenu(QObject *watched, QContextMenuEvent *event);
 
     // The file-type switches with their patterns, in the order fileFilters is rebuilt in.
@@ -157,6 +165,7 @@ private:
     void connectTableDrillDown();
     void connectChartDrillDown(const StatisticTab &tab);
     void drillDown(const Statistic &statistic, int row);
+    PickedRow pickedRow(const Statistic &statistic, const QAbstractItemModel *rows, int row) const;
     // "Open" and "Show in folder" in the raw-data tab (context menu and Enter).
     void createRawDataActions();
     void openCurrentPhoto(bool itsFolder);
@@ -212,6 +221,11 @@ private:
     // Written to the store as "chartTheme"; nothing changes it.
     int chartTheme = 2;
     ChartDate3D *chartDate3D = nullptr;
+    // The date chart, its line and the calendar wait for their tab to be shown (see
+    // refreshShownViews()).
+    bool dateViewsStale = false;
+    // How many times a statistic was drawn; one filter change draws the current tab's once.
+    int statisticsDrawn = 0;
     // The line about implausible dates above the date chart, and the Calendar tab.
     DateViews *dateViews = nullptr;
     // How names are counted ("Settings..." → General), and the hints where that matters.

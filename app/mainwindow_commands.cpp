@@ -80,9 +80,16 @@ void MainWindow::on_actionCopyChartToClipboard_triggered()
     // The tab is known by the index it was given, not by where the user moved it.
     QImage image;
     const auto tab =
-        std::find_if(statisticTabs.cbegin(), statisticTabs.cend(),
+        std::find_if(statisticTabs.begin(), statisticTabs.end(),
                      [this](const StatisticTab &tab) { return tab.tabIndex == lastTab; });
-    if (tab != statisticTabs.cend())
+    // A copy never carries the numbers of an earlier filter.
+    if (tab != statisticTabs.end() && tab->stale)
+        refreshStatistic(*tab);
+    const bool dateTab =
+        lastTab == 11 || lastTab == ui->tabWidget->indexOf(dateViews->calendarPage());
+    if (dateTab && dateViewsStale)
+        refreshDateViews();
+    if (tab != statisticTabs.end())
         image = tab->chartView->grab().toImage();
     else if (lastTab == 11 && chartDate3D)
         // The 3-D graph is an OpenGL window: only its own rendering shows what it draws.

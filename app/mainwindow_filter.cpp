@@ -4,8 +4,10 @@
 #include "rawdatamodel.h"
 #include "ui_mainwindow.h"
 
+#include "chartcontroller.h"
 #include "filterpanel.h"
 #include "photodatabase.h"
+#include "rangegroups.h"
 #include "rawjpegpairs.h"
 #include "statisticrows.h"
 
@@ -18,6 +20,7 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QPieSeries>
+#include <QPointer>
 #include <QSqlQuery>
 #include <QSqlTableModel>
 #include <QTableView>
@@ -48,8 +51,12 @@ void MainWindow::createFilterDock()
     filterDock->toggleViewAction()->setObjectName(QStringLiteral("actionViewFilterPanel"));
     splitDockWidget(ui->dockWidget, filterDock, Qt::Vertical);
     connect(filterPanel, &FilterPanel::filterChanged, this, &MainWindow::onFilterChanged);
-    connect(filterPanel, &FilterPanel::comparisonChanged, this,
-            [this] { onFilterChanged(filterPanel->filter()); });
+    connect(filterPanel, &FilterPanel::comparisonChanged, this, [this] {
+        if (workerRunning)
+            return; // the scan's end selects both periods
+        selectFilteredPhotos();
+        refreshShownViews();
+    });
 }
 
 void MainWindow::renewFilterAfterScan()
@@ -71,8 +78,13 @@ void MainWindow::onFilterChanged(const PhotoFilter &)
 {
     if (workerRunning)
         return; // the scan's end selects the photos
+    PhotoFilter wanted = filterPanel->filter();
+    wanted.pairsOnce = pairsOnce;
+    // A preset naming the range already set, or "Clear filter" without a filter, changes nothing.
+    if (wanted == photoSelection.filter().filter())
+        return;
     selectFilteredPhotos();
-    updateCharts();
+    refreshShownViews();
 }
 
 void MainWindow::selectFilteredPhotos()
@@ -88,7 +100,7 @@ void MainWindow::selectFilteredPhotos()
     showStatus();
 }
 
-// The raw-data model reads the selection's ids, which carry the filter's values as bound
+// The raw-data model reads the selection's ids, found with the filter's values as bound
 // parameters; the clause itself holds none.
 void MainWindow::restrictRawData()
 {
@@ -96,8 +108,7 @@ void MainWindow::restrictRawData()
         tableModel->setRestriction(QString());
         return;
     }
-    const BoundStatement ids = photoSelection.apply(QStringLiteral("SELECT ID FROM Dateien"));
-    tableModel->setRestriction("ID IN (" + ids.text + ")", ids.values);
+    tableModel->setRestriction("ID IN (" + photoSelection.idsStatement() + ")");
 }
 
 void MainWindow::showStatus()
@@ -113,13 +124,14 @@ void MainWindow::showStatus()
         labelStatus->setText(scanStatus + comparing);
         return;
     }
-    const qint64 shown = photoSelection.count(db);
+    const qint64 shown = photoSelection.selectedCount();
     QString text = scanStatus
         + QStringLiteral(" — showing %1: %2")
               .arg(shown)
               .arg(photoSelection.filter().filter().description());
     if (pairsOnce)
-        text += QStringLiteral(" (%1 RAW+JPEG pairs merged)").arg(pairsMerged);
+        text += (pairsMerged == 1 ? QStringLiteral(" (1 RAW+JPEG pair merged)")
+                                  : QStringLiteral(" (%1 RAW+JPEG pairs merged)").arg(pairsMerged));
     if (shown == 0)
         text += QStringLiteral(". No photo matches the filter");
     labelStatus->setText(text + comparing);
@@ -135,15 +147,20 @@ void MainWindow::connectTableDrillDown()
     }
 }
 
-// The bars and slices stand in the rows' order. The refresh that follows a drill-down replaces
-// the chart that sent the click, so it runs once the click has been delivered.
+// A bar or slice stands for a table row, unless it sums the rows not drawn on their own. The
+// refresh that follows a drill-down replaces the chart that sent the click, so it runs once the
+// click has been delivered.
 void MainWindow::connectChartDrillDown(const StatisticTab &tab)
 {
     QChart *chart = tab.chartView ? tab.chartView->chart() : nullptr;
-    if (!chart || !fieldOf(*tab.statistic))
+    if (!chart || (!fieldOf(*tab.statistic) && tab.statistic->rowValueExpression().isEmpty()))
         return;
     const Statistic *statistic = tab.statistic;
-    const auto later = [this, statistic](int row) {
+    const QPointer<ChartController> controller = tab.controller;
+    const auto later = [this, statistic, controller](int chartRow) {
+        const int row = controller ? controller->tableRowOfChartRow(chartRow) : -1;
+        if (row < 0)
+            return;
         QMetaObject::invokeMethod(
             this, [this, statistic, row] { drillDown(*statistic, row); }, Qt::QueuedConnection);
     };
@@ -159,17 +176,43 @@ void MainWindow::connectChartDrillDown(const StatisticTab &tab)
 
 void MainWindow::drillDown(const Statistic &statistic, int row)
 {
-    const PhotoFilterField *field = fieldOf(statistic);
     const auto tab = std::find_if(statisticTabs.cbegin(), statisticTabs.cend(),
                                   [&](const StatisticTab &t) { return t.statistic == &statistic; });
-    if (!field || tab == statisticTabs.cend() || !tab->tableView->model())
+    if (tab == statisticTabs.cend() || !tab->tableView->model())
         return;
-    const QModelIndex index = tab->tableView->model()->index(row, statistic.valueColumn());
+    const QAbstractItemModel *rows = tab->tableView->model();
+    const QModelIndex index = rows->index(row, statistic.valueColumn());
     if (!index.isValid())
         return;
-    filterDock->show();
-    filterPanel->addValue(*field, index.data().toString());
+    if (const PhotoFilterField *field = fieldOf(statistic)) {
+        filterDock->show();
+        filterPanel->addValue(*field, index.data().toString());
+    } else if (!statistic.rowValueExpression().isEmpty()) {
+        filterDock->show();
+        filterPanel->addPickedRow(pickedRow(statistic, rows, row));
+    } else {
+        return;
+    }
     ui->tabWidget->setCurrentWidget(ui->tabRawData);
+}
+
+// The row's first column, as the statement gave it, is what the filter compares; a range group's
+// row carries the ranges it was counted under.
+PickedRow MainWindow::pickedRow(const Statistic &statistic, const QAbstractItemModel *rows,
+                                int row) const
+{
+    PickedRow picked;
+    picked.statistic = statistic.key;
+    picked.value = rows->index(row, 0).data();
+    QString shown = rows->index(row, statistic.valueColumn()).data().toString();
+    if (statistic.rangeGroups) {
+        picked.ranges = statistic.effectiveRanges(rangesOf(statistic));
+        shown = RangeGroups::displayText(shown, statistic.rangeGroups->unit,
+                                         statistic.rangeGroups->rangeNames);
+    }
+    picked.label = statistic.tabTitle + QLatin1Char(' ')
+        + (picked.value.isNull() ? QStringLiteral("n.a.") : shown);
+    return picked;
 }
 
 void MainWindow::createRawDataActions()

@@ -240,14 +240,31 @@ void MainWindow::onWorkerOperationDone()
 
 void MainWindow::updateCharts()
 {
-    for (StatisticTab &tab : statisticTabs) {
-        // The grouped focal-length controller is let go without being destroyed: it stays a child
-        // of the window until the window goes. Kept so.
-        if (tab.statistic->key != Statistics::focalLengthGrouped)
-            delete tab.controller;
-        tab.controller = nullptr;
-    }
+    NameRulesSql::setActive(nameRules);
+    nameHints->refresh(db, nameRules.mergeBlanksAndCase);
+    for (StatisticTab &tab : statisticTabs)
+        refreshStatistic(tab);
+    refreshDateViews();
+}
 
+// Each controller runs its statistic on the main connection as it is made.
+void MainWindow::refreshStatistic(StatisticTab &tab)
+{
+    // The grouped focal-length controller is let go without being destroyed: it stays a child of
+    // the window until the window goes. Kept so.
+    if (tab.statistic->key != Statistics::focalLengthGrouped)
+        delete tab.controller;
+    tab.controller =
+        createStatisticController(*tab.statistic, db, tab.chartView, tab.tableView, tab.settings,
+                                  rangesOf(*tab.statistic), this, photoSelection, comparedPeriods);
+    connectChartDrillDown(tab);
+    tab.stale = false;
+    ++statisticsDrawn;
+}
+
+// The 3-D date chart, the line about implausible dates below it and the calendar.
+void MainWindow::refreshDateViews()
+{
     // The camera survives the refresh.
     if (chartDate3D) {
         camXRotation = chartDate3D->cameraXRotation();
@@ -256,27 +273,39 @@ void MainWindow::updateCharts()
         delete chartDate3D;
         chartDate3D = nullptr;
     }
-
-    NameRulesSql::setActive(nameRules);
-    nameHints->refresh(db, nameRules.mergeBlanksAndCase);
-    // Each controller runs its statistic on the main connection as it is made.
-    for (StatisticTab &tab : statisticTabs) {
-        tab.controller = createStatisticController(*tab.statistic, db, tab.chartView, tab.tableView,
-                                                   tab.settings, rangesOf(*tab.statistic), this,
-                                                   photoSelection, comparedPeriods);
-        connectChartDrillDown(tab);
-    }
-
     const DaySpan shownDays = dateViews->refresh(db, QDate::currentDate(), photoSelection);
     chartDate3D =
         new ChartDate3D(db, ui->layoutDateOriginal, static_cast<Q3DTheme::Theme>(chartDateTheme),
                         camXRotation, camYRotation, camZoom, shownDays, this, photoSelection);
+    dateViewsStale = false;
+}
+
+void MainWindow::refreshShownViews()
+{
+    for (StatisticTab &tab : statisticTabs)
+        tab.stale = true;
+    dateViewsStale = true;
+    refreshCurrentTab();
+}
+
+void MainWindow::refreshCurrentTab()
+{
+    const QWidget *current = ui->tabWidget->currentWidget();
+    for (StatisticTab &tab : statisticTabs) {
+        if (tab.stale && tab.page == current)
+            refreshStatistic(tab);
+    }
+    const QWidget *datePage =
+        statisticPage(ui->tabWidget, *Statistics::byKey(Statistics::dateOriginal));
+    if (dateViewsStale && (current == datePage || current == dateViews->calendarPage()))
+        refreshDateViews();
 }
 
 void MainWindow::onCurrentTabWidgetChanged(int index)
 {
     comboBoxThemeDate->setEnabled(index == 11);
     lastTab = index;
+    refreshCurrentTab();
 }
 
 // Every chart is rebuilt, not only the date chart.

@@ -25,6 +25,8 @@ struct StatisticTab
     QChartView *chartView = nullptr;
     TChartSettings settings;
     ChartController *controller = nullptr;
+    // Drawn before the last filter change; drawn anew when the tab is shown.
+    bool stale = false;
 };
 
 // The tabs of the statistics that are drawn as a table beside a chart, in the statistics' order.

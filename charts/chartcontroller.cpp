@@ -147,6 +147,7 @@ void ChartController::limitChartRows()
 {
     delete limitedRows;
     limitedRows = nullptr;
+    limitedTableRows.clear();
     const int rows = model->rowCount();
     const int firstCount = countColumn();
     const int lastCount = lastCountColumn();
@@ -196,6 +197,14 @@ void ChartController::limitChartRows()
     for (int column = 0; comparison.isActive() && column < columns; ++column)
         headers.append(model->headerData(column, Qt::Horizontal).toString());
     limitedRows = new ChartRowsModel(drawn, columns, headers);
+    limitedTableRows = selection.keptRows;
+}
+
+int ChartController::tableRowOfChartRow(int chartRow) const
+{
+    if (limitedRows)
+        return limitedTableRows.value(chartRow, -1);
+    return model && chartRow >= 0 && chartRow < model->rowCount() ? chartRow : -1;
 }
 
 QAbstractItemModel *ChartController::chartRows() const

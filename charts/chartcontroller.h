@@ -46,6 +46,10 @@ public:
     virtual void prepareData() = 0;
     virtual void refreshChart();
 
+    // The table's row of the chart's bar or slice; -1 for the one that sums the rows not drawn
+    // on their own (and for an index out of range).
+    int tableRowOfChartRow(int chartRow) const;
+
 protected:
     virtual void showBarChart_V();
     virtual void showBarChart_H();
@@ -127,5 +131,6 @@ private:
 
     QPointer<QObject> mapper;
     QAbstractItemModel *limitedRows = nullptr; // null while the chart draws every row
+    QList<int> limitedTableRows; // the table's rows of limitedRows' rows but its last
     QList<qint64> photoCounts; // per period, the sum of every row's count
 };

@@ -1,6 +1,7 @@
 #include "filteredstatement.h"
 
 #include "rawjpegpairs.h"
+#include "statistic.h"
 
 #include <QSqlQuery>
 
@@ -63,6 +64,7 @@ BoundStatement StatementFilter::photoCondition(const QString &dayTable) const
                               .arg(columnExpression(field.column), placeholders(values.size())),
                           QVariantList(values.cbegin(), values.cend()) });
     }
+    appendCondition(condition, pickedRowsCondition(photoTable));
     if (photoFilter.hasDateRange())
         appendCondition(condition,
                         { QStringLiteral("substr(%1, 1, 11) IN (SELECT DAY FROM %2)")
@@ -83,11 +85,47 @@ BoundStatement StatementFilter::infoCondition() const
             { QStringLiteral("%1 IN (%2)").arg(field.column, placeholders(values.size())),
               QVariantList(values.cbegin(), values.cend()) });
     }
+    appendCondition(condition, pickedRowsCondition(infoTable));
     if (photoFilter.pairsOnce)
         appendCondition(
             condition,
             { QStringLiteral("ID NOT IN (SELECT ID FROM %1)").arg(RawJpegPairs::companionsTable),
               {} });
+    return condition;
+}
+
+// The row's value is bound, never written into the statement; "IS" lets a row without a value
+// pick the photos without one. Rows of one statistic widen the filter, as the values of a list
+// do; rows of different statistics narrow it.
+BoundStatement StatementFilter::pickedRowsCondition(const QString &table) const
+{
+    QStringList statistics;
+    for (const PickedRow &row : photoFilter.pickedRows) {
+        if (!statistics.contains(row.statistic))
+            statistics << row.statistic;
+    }
+    BoundStatement condition;
+    for (const QString &key : std::as_const(statistics)) {
+        const Statistic *statistic = Statistics::byKey(key);
+        const QString countedTable = statistic ? statistic->rowValueTable() : photoTable;
+        if (countedTable.compare(table, Qt::CaseInsensitive) != 0)
+            continue;
+        BoundStatement anyRow;
+        QStringList alternatives;
+        for (const PickedRow &row : photoFilter.pickedRows) {
+            const QString expression =
+                statistic ? statistic->rowValueExpression(row.ranges) : QString();
+            // A statistic unknown to this program picks no photo rather than every photo.
+            if (row.statistic != key || expression.isEmpty())
+                continue;
+            alternatives << QStringLiteral("(%1) IS ?").arg(expression);
+            anyRow.values << row.value;
+        }
+        anyRow.text = alternatives.isEmpty()
+            ? QStringLiteral("0")
+            : QStringLiteral("(%1)").arg(alternatives.join(QStringLiteral(" OR ")));
+        appendCondition(condition, anyRow);
+    }
     return condition;
 }
 

@@ -53,6 +53,8 @@ public:
 
 private:
     QString columnExpression(const QString &column) const;
+    // The conditions of the picked rows whose statistic counts that table.
+    BoundStatement pickedRowsCondition(const QString &table) const;
 
     PhotoFilter photoFilter;
     ColumnExpressions columns;

@@ -22,7 +22,7 @@ bool PhotoFilter::isEmpty() const
         if (!(this->*field.values).isEmpty())
             return false;
     }
-    return !hasDateRange() && !pairsOnce;
+    return !hasDateRange() && !pairsOnce && pickedRows.isEmpty();
 }
 
 QString PhotoFilter::dateRangeText() const
@@ -47,6 +47,8 @@ QString PhotoFilter::description() const
         parts << (this->*field.values);
     if (hasDateRange())
         parts << dateRangeText();
+    for (const PickedRow &row : pickedRows)
+        parts << row.label;
     if (pairsOnce)
         parts << QStringLiteral("RAW+JPEG once");
     return parts.join(QStringLiteral(", "));
@@ -56,7 +58,7 @@ bool PhotoFilter::operator==(const PhotoFilter &other) const
 {
     return makers == other.makers && models == other.models && lenses == other.lenses
         && fileTypes == other.fileTypes && from == other.from && to == other.to
-        && pairsOnce == other.pairsOnce;
+        && pairsOnce == other.pairsOnce && pickedRows == other.pickedRows;
 }
 
 namespace PhotoFilterFields {

@@ -4,6 +4,23 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <QVariant>
+
+// A row of a statistic that the user picked (a double-click on it or on its bar or slice): the
+// photos counted in that row. Ranges travel with a range group's row, so that it keeps the bounds
+// it was picked under.
+struct PickedRow
+{
+    QString statistic; // the statistic's key
+    QVariant value; // the row's first column, as the statement gives it
+    QStringList ranges; // a range group's ranges; empty for the others
+    QString label; // "ISO 800", for the panel and the status line
+
+    bool operator==(const PickedRow &other) const
+    {
+        return statistic == other.statistic && value == other.value && ranges == other.ranges;
+    }
+};
 
 // Which photos the statistics count: exact values of maker, model, lens and file type (any value
 // where a list is empty), an inclusive range of shooting days (open where a bound is invalid; a
@@ -18,6 +35,8 @@ struct PhotoFilter
     QDate from;
     QDate to;
     bool pairsOnce = false;
+    // Rows picked from statistics without a filter field of their own; a photo must be in each.
+    QList<PickedRow> pickedRows;
 
     bool hasDateRange() const { return from.isValid() || to.isValid(); }
     bool isEmpty() const;

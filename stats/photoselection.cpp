@@ -74,7 +74,8 @@ bool PhotoSelection::select(const QSqlDatabase &db, const StatementFilter &filte
         return false;
     }
     // A few photos are cheaper looked up one by one and sorted than found among all of them.
-    fewSelected = query.value(0).toLongLong() * fewSelectedShare < query.value(1).toLongLong();
+    photosSelected = query.value(0).toLongLong();
+    fewSelected = photosSelected * fewSelectedShare < query.value(1).toLongLong();
     statementFilter = filter;
     return true;
 }

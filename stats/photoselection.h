@@ -32,6 +32,12 @@ public:
 
     // The number of photos selected; -1 when the statement fails.
     qint64 count(const QSqlDatabase &db) const;
+    // The same as found when the filter's photos were selected, without a statement; -1 while
+    // the filter is empty.
+    qint64 selectedCount() const { return filter().filter().isEmpty() ? -1 : photosSelected; }
+    // "SELECT ID FROM <the selection's table>": the selected ids alone, with nothing to bind; only
+    // while the filter is not empty.
+    QString idsStatement() const { return QStringLiteral("SELECT ID FROM ") + idTable; }
 
 private:
     QString source(const QString &table) const;
@@ -42,6 +48,7 @@ private:
 
     QString idTable; // "temp.<name>"
     bool fewSelected = false;
+    qint64 photosSelected = 0;
     QString dayTable; // "temp.<name>Days"
     StatementFilter statementFilter;
 };

@@ -4,12 +4,19 @@
 #include "rangegroups.h"
 
 #include <algorithm>
+#include <tuple>
+#include <utility>
 
 namespace {
 
 // Both tables count every photo once: DATEIEN holds what the files say, PHOTOINFO (keyed by the
 // same id) what the scan derives. Counting "*" keeps photos whose value is null.
 const QString focalLength35 = QStringLiteral("CAST(round(FOCALLENGTH35) AS INTEGER)");
+const QString hourText =
+    QStringLiteral("CASE WHEN HOUR IS NULL THEN 'n.a.' ELSE printf('%02d', HOUR) END");
+const QString weekdayText = QStringLiteral(
+    "CASE WEEKDAY WHEN 1 THEN 'Monday' WHEN 2 THEN 'Tuesday' WHEN 3 THEN 'Wednesday' WHEN 4 THEN "
+    "'Thursday' WHEN 5 THEN 'Friday' WHEN 6 THEN 'Saturday' WHEN 7 THEN 'Sunday' ELSE 'n.a.' END");
 
 // A statistic counted by its own statement.
 Statistic counted(const char *key, const char *tabTitle, const char *chartName,
@@ -129,19 +136,36 @@ QList<Statistic> makeStatistics()
                     { "301-99999", "super-tele (> 300 mm)" } } }),
         counted("hourOfDay", "Hour of Day", "Hour of Day", "Photos per hour of day", "hour_",
                 "HourOfDay",
-                "SELECT CASE WHEN HOUR IS NULL THEN 'n.a.' ELSE printf('%02d', HOUR) END, "
-                "count(*) FROM PhotoInfo GROUP BY HOUR ORDER BY HOUR IS NULL, HOUR",
+                "SELECT " + hourText
+                    + ", count(*) FROM PhotoInfo GROUP BY HOUR ORDER BY HOUR IS NULL, HOUR",
                 QStringList { "Hour" } + count),
         counted("weekday", "Weekday", "Weekday", "Photos per weekday", "weekday_", "Weekday",
-                "SELECT CASE WEEKDAY WHEN 1 THEN 'Monday' WHEN 2 THEN 'Tuesday' WHEN 3 THEN "
-                "'Wednesday' WHEN 4 THEN 'Thursday' WHEN 5 THEN 'Friday' WHEN 6 THEN 'Saturday' "
-                "WHEN 7 THEN 'Sunday' ELSE 'n.a.' END, count(*) FROM PhotoInfo "
-                "GROUP BY WEEKDAY ORDER BY WEEKDAY IS NULL, WEEKDAY",
+                "SELECT " + weekdayText
+                    + ", count(*) FROM PhotoInfo GROUP BY WEEKDAY ORDER BY WEEKDAY IS NULL, "
+                      "WEEKDAY",
                 QStringList { "Weekday" } + count),
         counted("fileType", "File Type", "File Type", "Photos per file type", "fileType_",
                 "FileType", "SELECT FILETYPE, count(*) FROM PhotoInfo GROUP BY FILETYPE",
                 QStringList { "File Type" } + count),
     };
+    // What a picked row selects, over the table its statement counts.
+    const QList<std::pair<const char *, std::pair<QString, QString>>> rowValues {
+        { "focalLength", { "FocalLength", "Dateien" } },
+        { "iso", { "ISO", "Dateien" } },
+        { "fNumber", { "FNumber", "Dateien" } },
+        { "exposureTime", { "EXPTIME", "Dateien" } },
+        { "meteringMode", { "MeteringMode", "Dateien" } },
+        { "exposureMode", { "ExposureMode", "Dateien" } },
+        { "focalLength35", { "ifnull(" + focalLength35 + ", 'unknown')", "PhotoInfo" } },
+        { "hourOfDay", { hourText, "PhotoInfo" } },
+        { "weekday", { weekdayText, "PhotoInfo" } },
+    };
+    for (Statistic &statistic : rows) {
+        for (const auto &[key, value] : rowValues) {
+            if (statistic.key == QLatin1String(key))
+                std::tie(statistic.rowValue, statistic.rowTable) = value;
+        }
+    }
     return rows;
 }
 
@@ -160,6 +184,16 @@ QString Statistic::selectStatement(const QList<QString> &ranges) const
         return statement;
     return RangeGroups::selectStatement(rangeGroups->column, effectiveRanges(ranges),
                                         rangeGroups->table, rangeGroups->unknownKey);
+}
+
+QString Statistic::rowValueExpression(const QList<QString> &ranges) const
+{
+    if (!rangeGroups)
+        return rowValue;
+    const QString expression = RangeGroups::caseExpression(
+        rangeGroups->column, effectiveRanges(ranges), rangeGroups->unknownKey);
+    // Without a usable range every photo is 'Others', as in the statement.
+    return expression.isEmpty() ? QStringLiteral("'Others'") : expression;
 }
 
 QString Statistic::rangeIndexStatement(const QList<QString> &ranges) const

@@ -44,6 +44,12 @@ struct Statistic
     QStringList headers; // the table's column headers
     Shape shape = Shape::ValueCount;
     std::optional<RangeGroupColumn> rangeGroups;
+    // The SQL expression over rowTable whose value is the first column of the statement's rows:
+    // a row picked by the user selects the photos whose expression "IS" the row's value (so a
+    // row without a value picks the photos without one). Empty where a filter field serves
+    // (maker, model, lens, file type) and for the date statistic; range groups compute theirs.
+    QString rowValue;
+    QString rowTable;
 
     // The statement for these ranges (range groups; the defaults when empty); others ignore them.
     QString selectStatement(const QList<QString> &ranges = {}) const;
@@ -51,6 +57,9 @@ struct Statistic
     QString rangeIndexStatement(const QList<QString> &ranges = {}) const;
     // The ranges in effect for a user's list.
     QList<QString> effectiveRanges(const QList<QString> &ranges) const;
+    // rowValue, or the ranges' case expression for range groups; empty when rows can't be picked.
+    QString rowValueExpression(const QList<QString> &ranges = {}) const;
+    QString rowValueTable() const { return rangeGroups ? rangeGroups->table : rowTable; }
     // The columns of the statement's rows that hold the value shown and the count.
     int valueColumn() const { return shape == Shape::ValueTextCount ? 1 : 0; }
     int countColumn() const { return shape == Shape::ValueTextCount ? 2 : 1; }

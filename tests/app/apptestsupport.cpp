@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QSortFilterProxyModel>
+#include <QTabWidget>
 #include <QTest>
 #include <QThread>
 #include <QTreeView>
@@ -161,6 +162,18 @@ void releaseDatabase()
 {
     if (QSqlDatabase::contains(PhotoDatabase::mainConnection))
         QSqlDatabase::removeDatabase(PhotoDatabase::mainConnection);
+}
+
+void showTabOf(QWidget *widget)
+{
+    auto *tabs = widget->window()->findChild<QTabWidget *>("tabWidget");
+    for (; widget; widget = widget->parentWidget()) {
+        if (tabs->indexOf(widget) >= 0) {
+            tabs->setCurrentWidget(widget);
+            return;
+        }
+    }
+    QFAIL("the widget is on no tab");
 }
 
 } // namespace apptest

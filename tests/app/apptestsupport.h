@@ -90,4 +90,8 @@ private:
 // a fresh in-memory database.
 void releaseDatabase();
 
+// Makes the tab that holds the widget the current one, as a click on the tab does; a tab that the
+// filter changed while it was hidden is drawn then.
+void showTabOf(QWidget *widget);
+
 } // namespace apptest

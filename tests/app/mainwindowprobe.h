@@ -63,6 +63,10 @@ public:
         return w.statisticTabs.at(statistic).controller;
     }
 
+    // How many times a statistic was drawn since the window was built.
+    int statisticsDrawn() const { return w.statisticsDrawn; }
+    bool dateViewsStale() const { return w.dateViewsStale; }
+
     int scanFinishedReceivers() const { return w.receivers(SIGNAL(scanFinished(QString))); }
 
     void clearTable() { w.clearTable(); }

@@ -153,6 +153,7 @@ void tst_CompareView::compareWithShowsBothPeriodsEverywhere()
     QCOMPARE(probe.status(), QString("Valid files: 7 — comparing A: all (7) with B: 2021 (2)"));
     for (int i = 0; i < probe.chartedStatistics(); ++i) {
         const StatisticTab &tab = probe.statisticTab(i);
+        showTabOf(tab.page);
         const int count = tab.statistic->countColumn();
         const QString name = tab.statistic->tabTitle;
         QVERIFY2(headers(tab.tableView->model()).mid(count)
@@ -182,6 +183,7 @@ void tst_CompareView::turnedOffEveryStatementIsAsBefore()
     QCOMPARE(probe.status(), QString("Valid files: 7"));
     for (int i = 0; i < probe.chartedStatistics(); ++i) {
         const StatisticTab &tab = probe.statisticTab(i);
+        showTabOf(tab.page);
         const auto *model = qobject_cast<const QSqlQueryModel *>(tab.tableView->model());
         QVERIFY(model);
         QCOMPARE(model->query().lastQuery(), tab.statistic->selectStatement());
@@ -229,6 +231,7 @@ void tst_CompareView::emptyPeriodSaysSo()
              QString("Valid files: 7 — comparing A: all (7) with B: 2019-01-01 – 2019-12-30 (0)"));
     for (int i = 0; i < probe.chartedStatistics(); ++i) {
         const StatisticTab &tab = probe.statisticTab(i);
+        showTabOf(tab.page);
         QCOMPARE(columnTotal(tab, tab.statistic->countColumn() + 1), qint64(0));
         QCOMPARE(columnTotal(tab, tab.statistic->countColumn()), qint64(7));
         QVERIFY2(tab.chartView->chart()->title().endsWith(

@@ -15,6 +15,7 @@
 #include "urlcatcher.h"
 
 #include <QAbstractBarSeries>
+#include <QAbstractItemModel>
 #include <QAction>
 #include <QBarSet>
 #include <QChart>
@@ -25,6 +26,8 @@
 #include <QDockWidget>
 #include <QFile>
 #include <QListWidget>
+#include <QPieSeries>
+#include <QPieSlice>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QSqlQuery>
@@ -33,6 +36,7 @@
 #include <QTableView>
 #include <QTest>
 
+#include <cmath>
 #include <memory>
 
 using namespace apptest;
@@ -120,8 +124,18 @@ private slots:
     void filterStoredBetweenRuns();
     void pairsCountedOnceWhenSwitchedOn();
     void pairsSwitchedOnInTheSettingsDialog();
+    void morePairsThanOneReadPlural();
     void drillDownFromATableRow();
     void drillDownFromAChartBar();
+    void aFilterChangeDrawsTheShownTabAndTheOthersWhenShown();
+    void oneFilterChangeDrawsOnce();
+    void copyOfAStaleChartDrawsItFirst();
+    void drillDownFromEveryNumericRow_data();
+    void drillDownFromEveryNumericRow();
+    void pickedRowIsListedAndRemovable();
+    void drillDownFromANumericChartBar();
+    void drillDownFromAPieSlice();
+    void pickedRowsAreDroppedOnRestart();
     void openAndShowInFolder();
 
 private:
@@ -132,6 +146,12 @@ private:
     bool scanned(const QVariantMap &store = {});
     // A NEF with its JPEG and a JPEG alone.
     bool scannedPairs(const QVariantMap &store = {});
+    // Six Canon photos whose settings differ: three at ISO 100, 24 mm, f/2.8, 1/250 s on a Monday
+    // morning; two at ISO 800, 200 mm, f/8, 1/1000 s on a Saturday evening; one at 600 mm, f/5.6,
+    // 2 s without ISO, 35 mm focal length and date.
+    bool scannedVaried();
+    // The Data tab's rows after a double-click on the statistic's table row.
+    int drilledPhotos(const StatisticTab &tab, int row);
     FilterPanel *panel() const { return window->findChild<FilterPanel *>(); }
     QListWidget *list(const QString &key) const { return panel()->list(field(key)); }
 };
@@ -182,6 +202,53 @@ bool tst_FilterView::scanned(const QVariantMap &store)
     return waitForScanEnd(*window);
 }
 
+bool tst_FilterView::scannedVaried()
+{
+    const QString directory = sandbox->makeDir("varied");
+    fixture::PhotoTags morning = photoTags("Canon", "EOS R5", "RF24-70mm F2.8");
+    morning.dateTimeOriginal = "2023:05:01 10:00:00";
+    morning.iso = 100;
+    morning.focalLength = fixture::Rational { 24, 1 };
+    morning.focalLengthIn35mm = 24;
+    morning.fNumber = fixture::Rational { 28, 10 };
+    morning.exposureTime = fixture::Rational { 1, 250 };
+    morning.meteringMode = 5;
+    morning.exposureProgram = 1;
+    fixture::PhotoTags evening = morning;
+    evening.dateTimeOriginal = "2021:07:03 18:00:00";
+    evening.iso = 800;
+    evening.focalLength = fixture::Rational { 200, 1 };
+    evening.focalLengthIn35mm = 200;
+    evening.fNumber = fixture::Rational { 8, 1 };
+    evening.exposureTime = fixture::Rational { 1, 1000 };
+    evening.meteringMode = 2;
+    evening.exposureProgram = 3;
+    fixture::PhotoTags bare = morning;
+    bare.dateTimeOriginal = QString();
+    bare.iso.reset();
+    bare.focalLength = fixture::Rational { 600, 1 };
+    bare.focalLengthIn35mm.reset();
+    bare.fNumber = fixture::Rational { 56, 10 };
+    bare.exposureTime = fixture::Rational { 2, 1 };
+    bare.meteringMode = 3;
+    bare.exposureProgram = 2;
+    if (!writePhotos(directory, 3, morning, "morning")
+        || !writePhotos(directory, 2, evening, "evening")
+        || !writePhotos(directory, 1, bare, "bare"))
+        return false;
+    writeStore({ { "OtherSettings/lastDirectory", directory },
+                 { "OtherSettings/fileFilters", QStringList { "*.jpg" } } });
+    window = std::make_unique<ExportWindow>();
+    return waitForScanEnd(*window);
+}
+
+int tst_FilterView::drilledPhotos(const StatisticTab &tab, int row)
+{
+    showTabOf(tab.page);
+    emit tab.tableView->doubleClicked(tab.tableView->model()->index(row, 0));
+    return MainWindowProbe(*window).tableModel()->rowCount();
+}
+
 void tst_FilterView::panelListsTheScansValuesWithCounts()
 {
     QVERIFY(scanned());
@@ -225,11 +292,13 @@ void tst_FilterView::checkedMakerNarrowsEveryStatistic()
     QCOMPARE(probe.status(), QString("Valid files: 7 — showing 4: Canon"));
     for (int i = 0; i < probe.chartedStatistics(); ++i) {
         const StatisticTab &tab = probe.statisticTab(i);
+        showTabOf(tab.page);
         QVERIFY2(tableTotal(tab) == 4, qPrintable(tab.statistic->tabTitle));
         const QString title = tab.chartView->chart()->title();
         QVERIFY2(title == titled(tab.settings, "Canon"), qPrintable(title));
     }
     QCOMPARE(probe.tableModel()->rowCount(), 4);
+    showTabOf(window->findChild<QWidget *>("tabDateOriginal"));
     float dated = 0;
     for (const QList<float> &row : probe.chartDate3D()->rowValues()) {
         for (float count : row)
@@ -251,6 +320,7 @@ void tst_FilterView::calendarFollowsTheFilter()
     QVERIFY(scanned());
     const auto *calendar = window->findChild<CalendarChart *>("calendarChart");
     QVERIFY(calendar);
+    showTabOf(const_cast<CalendarChart *>(calendar));
     const QDate nikonDay(2021, 7, 3);
     QVERIFY2(calendar->years().size() == 2, qPrintable(QString::number(calendar->years().size())));
     QVERIFY(setChecked(list("maker"), "NIKON CORPORATION", true));
@@ -277,6 +347,7 @@ void tst_FilterView::clearFilterRestoresTodaysStatements()
     QCOMPARE(probe.tableModel()->restrictionCondition(), QString());
     for (int i = 0; i < probe.chartedStatistics(); ++i) {
         const StatisticTab &tab = probe.statisticTab(i);
+        showTabOf(tab.page);
         QCOMPARE(tableTotal(tab), 7);
         const auto *model = qobject_cast<const QSqlQueryModel *>(tab.tableView->model());
         QVERIFY(model);
@@ -299,6 +370,7 @@ void tst_FilterView::emptyResultSaysSo()
     QCOMPARE(probe.tableModel()->rowCount(), 0);
     for (int i = 0; i < probe.chartedStatistics(); ++i) {
         const StatisticTab &tab = probe.statisticTab(i);
+        showTabOf(tab.page);
         QCOMPARE(tab.tableView->model()->rowCount(), 0);
         QVERIFY2(tab.chartView->chart()->title()
                      == titled(tab.settings, "No photo matches the filter"),
@@ -400,7 +472,7 @@ void tst_FilterView::pairsCountedOnceWhenSwitchedOn()
     QVERIFY(scannedPairs({ { "OtherSettings/pairsOnce", true } }));
     MainWindowProbe probe(*window);
     QCOMPARE(probe.status(),
-             QString("Valid files: 3 — showing 2: RAW+JPEG once (1 RAW+JPEG pairs merged)"));
+             QString("Valid files: 3 — showing 2: RAW+JPEG once (1 RAW+JPEG pair merged)"));
     for (int i = 0; i < probe.chartedStatistics(); ++i)
         QCOMPARE(tableTotal(probe.statisticTab(i)), 2);
     QCOMPARE(probe.tableModel()->rowCount(), 2);
@@ -419,9 +491,27 @@ void tst_FilterView::pairsSwitchedOnInTheSettingsDialog()
     QVERIFY(dialog.answered());
     QVERIFY(waitForScanEnd(*window));
     QCOMPARE(probe.status(),
-             QString("Valid files: 3 — showing 2: RAW+JPEG once (1 RAW+JPEG pairs merged)"));
+             QString("Valid files: 3 — showing 2: RAW+JPEG once (1 RAW+JPEG pair merged)"));
     probe.saveSettings();
     QCOMPARE(readStore("OtherSettings/pairsOnce").toBool(), true);
+}
+
+void tst_FilterView::morePairsThanOneReadPlural()
+{
+    const QString directory = sandbox->makeDir("pairs");
+    const fixture::PhotoTags tags = photoTags("Canon", "EOS R5", "RF24-70mm F2.8");
+    for (const char *name : { "/A.NEF", "/A.jpg", "/B.NEF", "/B.jpg" })
+        QVERIFY(fixture::writePhoto(directory + name,
+                                    QString(name).endsWith(".NEF") ? fixture::Format::TiffLittle
+                                                                   : fixture::Format::Jpeg,
+                                    tags));
+    writeStore({ { "OtherSettings/lastDirectory", directory },
+                 { "OtherSettings/fileFilters", QStringList { "*.jpg", "*.nef" } },
+                 { "OtherSettings/pairsOnce", true } });
+    window = std::make_unique<ExportWindow>();
+    QVERIFY(waitForScanEnd(*window));
+    QCOMPARE(MainWindowProbe(*window).status(),
+             QString("Valid files: 4 — showing 2: RAW+JPEG once (2 RAW+JPEG pairs merged)"));
 }
 
 void tst_FilterView::drillDownFromATableRow()
@@ -477,6 +567,287 @@ void tst_FilterView::drillDownFromAChartBar()
     QCOMPARE(window->findChild<QTabWidget *>("tabWidget")->currentWidget(),
              window->findChild<QWidget *>("tabRawData"));
     QCOMPARE(list("maker")->item(1)->checkState(), Qt::Checked);
+}
+
+void tst_FilterView::aFilterChangeDrawsTheShownTabAndTheOthersWhenShown()
+{
+    QVERIFY(scanned());
+    MainWindowProbe probe(*window);
+    const StatisticTab &maker = probe.statisticTab(0);
+    const StatisticTab &lens = probe.statisticTab(2);
+    QCOMPARE(lens.statistic->key, QString("lens"));
+    showTabOf(maker.page);
+    const int drawn = probe.statisticsDrawn();
+    QVERIFY(!lens.stale);
+
+    QVERIFY(setChecked(list("lens"), "18-70mm", true));
+    QCOMPARE(probe.statisticsDrawn(), drawn + 1);
+    QCOMPARE(tableTotal(maker), 2);
+    QCOMPARE(probe.status(), QString("Valid files: 7 — showing 2: 18-70mm"));
+    QCOMPARE(probe.tableModel()->rowCount(), 2);
+    // The lens tab still holds the numbers of every photo, and says so.
+    QVERIFY(lens.stale);
+    QCOMPARE(tableTotal(lens), 7);
+    QVERIFY(probe.dateViewsStale());
+
+    showTabOf(lens.page);
+    QCOMPARE(probe.statisticsDrawn(), drawn + 2);
+    QVERIFY(!lens.stale);
+    QCOMPARE(tableTotal(lens), 2);
+    QCOMPARE(lens.chartView->chart()->title(), titled(lens.settings, "18-70mm"));
+    // Shown again, a tab drawn under the current filter is not drawn again.
+    showTabOf(maker.page);
+    QCOMPARE(probe.statisticsDrawn(), drawn + 2);
+
+    showTabOf(window->findChild<QWidget *>("tabDateOriginal"));
+    QVERIFY(!probe.dateViewsStale());
+    float dated = 0;
+    for (const QList<float> &row : probe.chartDate3D()->rowValues()) {
+        for (float count : row)
+            dated += count;
+    }
+    QCOMPARE(dated, 2.0f);
+}
+
+void tst_FilterView::oneFilterChangeDrawsOnce()
+{
+    QVERIFY(scanned());
+    MainWindowProbe probe(*window);
+    showTabOf(probe.statisticTab(0).page);
+    const int drawn = probe.statisticsDrawn();
+    auto *clear = panel()->findChild<QPushButton *>("pushButtonClear");
+    auto *presets = panel()->findChild<QComboBox *>("comboBoxDatePreset");
+    // Nothing to clear, and "all" days already: the filter stays as it is.
+    clear->click();
+    presets->setCurrentIndex(FilterPanel::AllDays);
+    emit presets->activated(FilterPanel::AllDays);
+    QCOMPARE(probe.statisticsDrawn(), drawn);
+
+    QVERIFY(setChecked(list("maker"), "Canon", true));
+    QCOMPARE(probe.statisticsDrawn(), drawn + 1);
+    panel()->setToday(QDate(2023, 6, 1));
+    presets->setCurrentIndex(FilterPanel::ThisYear);
+    emit presets->activated(FilterPanel::ThisYear);
+    QCOMPARE(probe.statisticsDrawn(), drawn + 2);
+    QCOMPARE(probe.status(), QString("Valid files: 7 — showing 4: Canon, 2023"));
+    clear->click();
+    QCOMPARE(probe.statisticsDrawn(), drawn + 3);
+    QCOMPARE(probe.status(), QString("Valid files: 7"));
+}
+
+void tst_FilterView::copyOfAStaleChartDrawsItFirst()
+{
+    QVERIFY(scanned());
+    MainWindowProbe probe(*window);
+    const StatisticTab &lens = probe.statisticTab(2);
+    showTabOf(probe.statisticTab(0).page);
+    QVERIFY(setChecked(list("lens"), "18-70mm", true));
+    QVERIFY(lens.stale);
+    // The copy takes the tab the window last knew as current.
+    probe.lastTab() = lens.tabIndex;
+    NextModal nachricht(isA<TDialogNachricht>(),
+                        [](QWidget *widget) { static_cast<QDialog *>(widget)->accept(); });
+    window->findChild<QAction *>("actionCopyChartToClipboard")->trigger();
+    QVERIFY(nachricht.answered());
+    QVERIFY(!lens.stale);
+    QCOMPARE(tableTotal(lens), 2);
+}
+
+void tst_FilterView::drillDownFromEveryNumericRow_data()
+{
+    QTest::addColumn<QString>("statistic");
+    QTest::addColumn<int>("rows");
+    // The rows each statistic gives for the six photos; the photo without a value has a row of
+    // its own in each but the exposure settings, which every photo has.
+    QTest::newRow("focal length") << "focalLength" << 3;
+    QTest::newRow("focal length grouped") << "focalLengthGrouped" << 3;
+    QTest::newRow("ISO, 0 for the photo without one") << "iso" << 3;
+    QTest::newRow("ISO grouped, the photo without one in Others") << "isoGrouped" << 3;
+    QTest::newRow("f-number") << "fNumber" << 3;
+    QTest::newRow("exposure time") << "exposureTime" << 3;
+    QTest::newRow("metering mode") << "meteringMode" << 3;
+    QTest::newRow("exposure program") << "exposureMode" << 3;
+    QTest::newRow("35 mm focal length, unknown") << "focalLength35" << 3;
+    QTest::newRow("35 mm focal length classes, unknown") << "focalLength35Grouped" << 3;
+    QTest::newRow("hour of day, n.a.") << "hourOfDay" << 3;
+    QTest::newRow("weekday, n.a.") << "weekday" << 3;
+}
+
+// Each row's double-click shows exactly the photos the row counts. A row without a value picks
+// the photos without one: the bare photo, which a count of the column itself leaves at 0.
+void tst_FilterView::drillDownFromEveryNumericRow()
+{
+    QFETCH(QString, statistic);
+    QFETCH(int, rows);
+    QVERIFY(scannedVaried());
+    MainWindowProbe probe(*window);
+    const StatisticTab *tab = nullptr;
+    for (int i = 0; i < probe.chartedStatistics(); ++i) {
+        if (probe.statisticTab(i).statistic->key == statistic)
+            tab = &probe.statisticTab(i);
+    }
+    QVERIFY(tab);
+    QCOMPARE(tab->tableView->model()->rowCount(), rows);
+    QCOMPARE(tableTotal(*tab), 6);
+    auto *clear = panel()->findChild<QPushButton *>("pushButtonClear");
+    for (int row = 0; row < rows; ++row) {
+        showTabOf(tab->page);
+        const QAbstractItemModel *model = tab->tableView->model();
+        const QVariant value = model->index(row, 0).data();
+        const int counted = model->index(row, tab->statistic->countColumn()).data().toInt();
+        const int expected = value.isNull() && counted == 0 ? 1 : counted;
+        const QString label = model->index(row, tab->statistic->valueColumn()).data().toString();
+        QVERIFY2(drilledPhotos(*tab, row) == expected,
+                 qPrintable(QString("row %1 (%2): %3 photos shown, %4 counted")
+                                .arg(row)
+                                .arg(label)
+                                .arg(probe.tableModel()->rowCount())
+                                .arg(expected)));
+        QVERIFY2(probe.status().startsWith(QString("Valid files: 6 — showing %1: %2 ")
+                                               .arg(expected)
+                                               .arg(tab->statistic->tabTitle)),
+                 qPrintable(probe.status()));
+        QCOMPARE(window->findChild<QTabWidget *>("tabWidget")->currentWidget(),
+                 window->findChild<QWidget *>("tabRawData"));
+        // The statistic itself, drawn under its own row, counts that row alone.
+        showTabOf(tab->page);
+        QCOMPARE(tab->tableView->model()->rowCount(), 1);
+        clear->click();
+        QCOMPARE(probe.status(), QString("Valid files: 6"));
+    }
+}
+
+void tst_FilterView::pickedRowIsListedAndRemovable()
+{
+    QVERIFY(scannedVaried());
+    MainWindowProbe probe(*window);
+    const StatisticTab &iso = probe.statisticTab(5);
+    QCOMPARE(iso.statistic->key, QString("iso"));
+    QCOMPARE(iso.tableView->model()->index(2, 0).data().toInt(), 800);
+    auto *picked = panel()->findChild<QListWidget *>("listWidgetPicked");
+    QVERIFY(picked);
+    QVERIFY(picked->isHidden());
+    QCOMPARE(drilledPhotos(iso, 2), 2);
+    QCOMPARE(probe.status(), QString("Valid files: 6 — showing 2: ISO 800"));
+    QCOMPARE(texts(picked), QStringList { "ISO 800" });
+    QCOMPARE(picked->item(0)->checkState(), Qt::Checked);
+    QVERIFY(!picked->isHidden());
+    // The ISO statistic now counts ISO 800 alone; a row of another statistic narrows further,
+    // and a list value joins them.
+    QCOMPARE(iso.tableView->model()->rowCount(), 1);
+    const StatisticTab &weekday = probe.statisticTab(probe.chartedStatistics() - 2);
+    QCOMPARE(weekday.statistic->key, QString("weekday"));
+    QCOMPARE(drilledPhotos(weekday, 0), 2);
+    QCOMPARE(probe.status(), QString("Valid files: 6 — showing 2: ISO 800, Weekday Saturday"));
+    QCOMPARE(texts(picked), (QStringList { "ISO 800", "Weekday Saturday" }));
+    QVERIFY(setChecked(list("maker"), "Canon", true));
+    QCOMPARE(probe.status(),
+             QString("Valid files: 6 — showing 2: Canon, ISO 800, Weekday Saturday"));
+    // Unchecked, an entry goes, and the statistic counts every photo it kept out again.
+    picked->item(0)->setCheckState(Qt::Unchecked);
+    QCOMPARE(probe.status(), QString("Valid files: 6 — showing 2: Canon, Weekday Saturday"));
+    QTRY_COMPARE(texts(picked), QStringList { "Weekday Saturday" });
+    showTabOf(iso.page);
+    QCOMPARE(iso.tableView->model()->rowCount(), 1);
+    QCOMPARE(iso.tableView->model()->index(0, 0).data().toInt(), 800);
+    picked->item(0)->setCheckState(Qt::Unchecked);
+    QCOMPARE(probe.status(), QString("Valid files: 6 — showing 6: Canon"));
+    QCOMPARE(iso.tableView->model()->rowCount(), 3);
+    panel()->findChild<QPushButton *>("pushButtonClear")->click();
+    QCOMPARE(probe.status(), QString("Valid files: 6"));
+    QVERIFY(picked->isHidden());
+}
+
+// A double-click on the ISO chart's third bar (ISO 800; the first counts the photo without an ISO,
+// which the scan stores as 0), one photo's length from its base.
+void tst_FilterView::drillDownFromANumericChartBar()
+{
+    QVERIFY(scannedVaried());
+    window->resize(1400, 900);
+    window->show();
+    MainWindowProbe probe(*window);
+    const StatisticTab &iso = probe.statisticTab(5);
+    QCOMPARE(iso.statistic->key, QString("iso"));
+    showTabOf(iso.page);
+    QChart *chart = iso.chartView->chart();
+    auto *bars = qobject_cast<QAbstractBarSeries *>(chart->series().value(0));
+    QVERIFY2(bars, "the ISO chart draws bars");
+    chart->setAnimationOptions(QChart::NoAnimation);
+    iso.chartView->resize(iso.chartView->size() + QSize(1, 1));
+    QCoreApplication::sendPostedEvents();
+    QTRY_VERIFY(chart->plotArea().height() > 10);
+    // The ISO chart lies on its side: the counts run along the horizontal axis.
+    QCOMPARE(bars->type(), QAbstractSeries::SeriesTypeHorizontalBar);
+    const QPointF inChart = chart->mapToPosition(QPointF(1.0, 2), bars);
+    const QPoint inView = iso.chartView->mapFromScene(chart->mapToScene(inChart));
+    QTest::mouseDClick(iso.chartView->viewport(), Qt::LeftButton, {}, inView);
+    QTRY_COMPARE(probe.status(), QString("Valid files: 6 — showing 2: ISO 800"));
+    QCOMPARE(probe.tableModel()->rowCount(), 2);
+    QCOMPARE(window->findChild<QTabWidget *>("tabWidget")->currentWidget(),
+             window->findChild<QWidget *>("tabRawData"));
+}
+
+// The weekday statistic drawn as a pie: a double-click inside the Saturday slice, halfway out
+// along its middle.
+void tst_FilterView::drillDownFromAPieSlice()
+{
+    QVERIFY(scannedVaried());
+    window->resize(1400, 900);
+    window->show();
+    MainWindowProbe probe(*window);
+    const int index = probe.chartedStatistics() - 2;
+    const StatisticTab &weekday = probe.statisticTab(index);
+    QCOMPARE(weekday.statistic->key, QString("weekday"));
+    probe.chartSettings(index).chartTyp = 2;
+    probe.updateCharts();
+    showTabOf(weekday.page);
+    QChart *chart = weekday.chartView->chart();
+    chart->setAnimationOptions(QChart::NoAnimation);
+    auto *pie = qobject_cast<QPieSeries *>(chart->series().value(0));
+    QVERIFY2(pie, "the weekday chart draws a pie");
+    QCOMPARE(pie->count(), 3);
+    weekday.chartView->resize(weekday.chartView->size() + QSize(1, 1));
+    QCoreApplication::sendPostedEvents();
+    QTRY_VERIFY(chart->plotArea().height() > 10);
+    const QPieSlice *saturday = pie->slices().at(1);
+    QCOMPARE(weekday.tableView->model()->index(1, 0).data().toString(), QString("Saturday"));
+    const QRectF area = chart->plotArea();
+    const qreal radius = pie->pieSize() * qMin(area.width(), area.height()) / 2;
+    const qreal angle = qDegreesToRadians(saturday->startAngle() + saturday->angleSpan() / 2);
+    const QPointF centre(area.left() + area.width() * pie->horizontalPosition(),
+                         area.top() + area.height() * pie->verticalPosition());
+    const QPointF inChart = centre + QPointF(std::sin(angle), -std::cos(angle)) * radius / 2;
+    const QPoint inView = weekday.chartView->mapFromScene(chart->mapToScene(inChart));
+    QTest::mouseDClick(weekday.chartView->viewport(), Qt::LeftButton, {}, inView);
+    QTRY_COMPARE(probe.status(), QString("Valid files: 6 — showing 2: Weekday Saturday"));
+    QCOMPARE(probe.tableModel()->rowCount(), 2);
+}
+
+// A picked row is a step of one session's search; the lists and the range are what the user set
+// up to stay.
+void tst_FilterView::pickedRowsAreDroppedOnRestart()
+{
+    QVERIFY(scannedVaried());
+    MainWindowProbe probe(*window);
+    QVERIFY(setChecked(list("maker"), "Canon", true));
+    QCOMPARE(drilledPhotos(probe.statisticTab(5), 2), 2);
+    QCOMPARE(probe.status(), QString("Valid files: 6 — showing 2: Canon, ISO 800"));
+    probe.saveSettings();
+    QStringList filterKeys;
+    for (const QString &key : storeKeys()) {
+        if (key.startsWith("Filter/"))
+            filterKeys << key;
+    }
+    for (const QString &key : std::as_const(filterKeys))
+        QVERIFY2(!readStore(key).toString().contains("800"), qPrintable(key));
+    QCOMPARE(readStore("Filter/maker").toStringList(), QStringList { "Canon" });
+    window.reset();
+    releaseDatabase();
+
+    window = std::make_unique<ExportWindow>();
+    QVERIFY(waitForScanEnd(*window));
+    QCOMPARE(MainWindowProbe(*window).status(), QString("Valid files: 6 — showing 6: Canon"));
+    QCOMPARE(panel()->findChild<QListWidget *>("listWidgetPicked")->count(), 0);
 }
 
 void tst_FilterView::openAndShowInFolder()

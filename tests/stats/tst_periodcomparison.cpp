@@ -57,6 +57,7 @@ void tst_PeriodComparison::cleanup()
 {
     QSqlQuery(db).exec(QStringLiteral("DROP TABLE DATEIEN"));
     QSqlQuery(db).exec(QStringLiteral("DROP TABLE PHOTOINFO"));
+    QSqlQuery(db).exec(QStringLiteral("DROP TABLE PHOTOFOLDERS"));
     db.close();
     db = QSqlDatabase();
     QSqlDatabase::removeDatabase(PhotoDatabase::mainConnection);
@@ -66,7 +67,7 @@ bool tst_PeriodComparison::addPhoto(const QString &maker, const QString &lens, c
                                     const QString &path)
 {
     const auto rows = PhotoRowInserter::create(db);
-    const auto info = PhotoRowInserter::create(db, PhotoRowInserter::photoInfo());
+    const auto info = PhotoRowInserter::createInfo(db);
     const QDate day = PhotoDate::date(date);
     const auto hour = PhotoDate::hour(date);
     return rows->insert({ path.section(QLatin1Char('/'), -1), date, QString(), maker,

@@ -15,6 +15,7 @@
 #include <QTest>
 
 Q_DECLARE_METATYPE(PhotoFilter)
+Q_DECLARE_METATYPE(QList<PickedRow>)
 
 namespace {
 
@@ -125,6 +126,7 @@ void tst_PhotoFilter::emptyFilterLeavesEveryStatementAsItIs()
         QVERIFY2(applied.values.isEmpty(), qPrintable(statistic.key));
     }
     QCOMPARE(selection.count(db), 6);
+    QCOMPARE(selection.selectedCount(), -1);
 }
 
 void tst_PhotoFilter::filteredStatementsCarryValuesOnlyAsBindings()
@@ -499,6 +501,10 @@ void tst_PhotoFilter::descriptions_data()
     lists.fileTypes = QStringList { "JPG" };
     lists.pairsOnce = true;
     QTest::newRow("every list") << lists << "Canon, Nikon, Z 6, RF, JPG, RAW+JPEG once";
+    PhotoFilter picked = makers({ "Canon" });
+    picked.pickedRows = { { "iso", 800, {}, "ISO 800" },
+                          { "weekday", "Monday", {}, "Weekday Monday" } };
+    QTest::newRow("picked rows after the lists") << picked << "Canon, ISO 800, Weekday Monday";
 }
 
 void tst_PhotoFilter::descriptions()
@@ -507,4 +513,70 @@ void tst_PhotoFilter::descriptions()
     QFETCH(QString, description);
     QCOMPARE(filter.description(), description);
     QCOMPARE(filter.isEmpty(), description.isEmpty());
+}
+
+void tst_PhotoFilter::pickedRowsSelectTheirPhotos_data()
+{
+    QTest::addColumn<QList<PickedRow>>("rows");
+    QTest::addColumn<int>("photos");
+
+    const auto row = [](const char *statistic, const QVariant &value,
+                        const QStringList &ranges = {}) {
+        return PickedRow { statistic, value, ranges, QString() };
+    };
+    // Every photo of the library: 50 mm at ISO 100, 75 mm on 35 mm film but the Sony, for which
+    // the scan found no 35 mm focal length; the hours and weekdays follow the dates.
+    QTest::newRow("an hour") << QList<PickedRow> { row("hourOfDay", "10") } << 1;
+    QTest::newRow("the hour of the photo without a date")
+        << QList<PickedRow> { row("hourOfDay", "n.a.") } << 1;
+    QTest::newRow("a weekday") << QList<PickedRow> { row("weekday", "Sunday") } << 1;
+    QTest::newRow("two hours widen")
+        << QList<PickedRow> { row("hourOfDay", "10"), row("hourOfDay", "12") } << 2;
+    QTest::newRow("an hour and a weekday narrow")
+        << QList<PickedRow> { row("hourOfDay", "10"), row("weekday", "Monday") } << 0;
+    QTest::newRow("the hour and weekday of one photo")
+        << QList<PickedRow> { row("hourOfDay", "12"), row("weekday", "Monday") } << 1;
+    QTest::newRow("ISO") << QList<PickedRow> { row("iso", 100) } << 6;
+    QTest::newRow("an ISO no photo has") << QList<PickedRow> { row("iso", 200) } << 0;
+    QTest::newRow("f-number, a text") << QList<PickedRow> { row("fNumber", "2.8") } << 6;
+    QTest::newRow("exposure time, a real number")
+        << QList<PickedRow> { row("exposureTime", 0.01) } << 6;
+    QTest::newRow("35 mm focal length") << QList<PickedRow> { row("focalLength35", 75) } << 5;
+    QTest::newRow("35 mm focal length unknown")
+        << QList<PickedRow> { row("focalLength35", "unknown") } << 1;
+    QTest::newRow("a class of the default ranges")
+        << QList<PickedRow> { row("focalLength35Grouped", "0071-0135") } << 5;
+    QTest::newRow("the unknown class")
+        << QList<PickedRow> { row("focalLength35Grouped", "unknown") } << 1;
+    QTest::newRow("a class of the ranges picked under")
+        << QList<PickedRow> { row("focalLength35Grouped", "0071-0135", { "1-70", "71-135" }) } << 5;
+    QTest::newRow("Others of the ranges picked under")
+        << QList<PickedRow> { row("isoGrouped", "Others", { "200-400" }) } << 6;
+    QTest::newRow("a range of the ranges picked under")
+        << QList<PickedRow> { row("focalLengthGrouped", "0051-0070", { "1-49", "51-70" }) } << 0;
+    QTest::newRow("awkward text, bound")
+        << QList<PickedRow> { row("meteringMode", "it's 100%; DROP TABLE DATEIEN --") } << 0;
+    QTest::newRow("a statistic this program does not know")
+        << QList<PickedRow> { row("nothing", 1) } << 0;
+}
+
+void tst_PhotoFilter::pickedRowsSelectTheirPhotos()
+{
+    QFETCH(QList<PickedRow>, rows);
+    QFETCH(int, photos);
+    QVERIFY(addLibrary());
+    QVERIFY(QSqlQuery(db).exec("UPDATE PHOTOINFO SET FOCALLENGTH35 = NULL WHERE ID = "
+                               "(SELECT d.ID FROM DATEIEN d JOIN PHOTOINFO p ON p.ID = d.ID "
+                               "JOIN PHOTOFOLDERS f ON f.ID = p.FOLDER "
+                               "WHERE f.PATH || d.FILENAME = '/p/b/6.ARW')"));
+    PhotoFilter filter;
+    filter.pickedRows = rows;
+    PhotoSelection selection;
+    QString error;
+    QVERIFY2(selection.select(db, StatementFilter(filter), &error), qPrintable(error));
+    QVERIFY(selection.isFiltered());
+    QCOMPARE(selection.count(db), photos);
+    QCOMPARE(selection.selectedCount(), qint64(photos));
+    QCOMPARE(total(rowsOf(QStringLiteral("maker"), db, filter)), photos);
+    QCOMPARE(total(rowsOf(QStringLiteral("maker"), db, PhotoFilter())), 6);
 }

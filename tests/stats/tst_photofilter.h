@@ -34,6 +34,8 @@ private slots:
     void fewSelectedPhotosAreLookedUp();
     void descriptions_data();
     void descriptions();
+    void pickedRowsSelectTheirPhotos_data();
+    void pickedRowsSelectTheirPhotos();
 
 private:
     // A photo in both tables as a scan stores it.
